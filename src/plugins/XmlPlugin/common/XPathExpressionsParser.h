@@ -1,0 +1,65 @@
+// Turns the text of one XPath expression into postfix order and evaluates it.
+//
+// The parser owns every item of its expression (taken over from the tokenizer) and,
+// through the operators, every value computed while it runs: the result expression
+// stays valid until the parser is destroyed.
+#pragma once
+
+#include <deque>
+#include <list>
+#include <memory>
+#include <vector>
+
+#include "XPathExpression.h"
+#include "XPathOutputElement.h"
+#include "XPathTypes.h"
+#include "host/Node.h"
+#include "host/String.h"
+#include "host/Types.h"
+
+namespace XmlPlugin {
+
+class XPathExpressionsParser {
+ public:
+  // Tokenizes and converts to postfix; the outcome is the construction status.
+  explicit XPathExpressionsParser(const String& i_XPath);
+  ~XPathExpressionsParser();
+  XPathExpressionsParser(const XPathExpressionsParser&) = delete;
+  XPathExpressionsParser& operator=(const XPathExpressionsParser&) = delete;
+
+  TErrorCode runParser(Node* i_pStartNode);
+  // Appends new output elements, owned by o_Output's holder.
+  TErrorCode getValues(XPathOutputElements& o_Output);
+  TErrorCode calculateBooleanOutput(XPathOutputElements& o_Output);
+
+  XPathDataType getXPathOutputType() const { return m_OutputType; }
+  long getRootPosition() const { return m_RootPosition; }
+  void setRootPosition(long i_Position) { m_RootPosition = i_Position; }
+  std::list<Node*>* getSiblings() const { return m_pSiblings; }
+  void setSiblings(std::list<Node*>* i_pSiblings) { m_pSiblings = i_pSiblings; }
+  TErrorCode getStatus() const { return m_Status; }
+
+  void stackExpression(XPathExpression* e, std::vector<XPathExpression*>* output);
+  void gotOper(XPathExpression* e, std::vector<XPathExpression*>* output);
+  void gotParen(XPathExpression* e, std::vector<XPathExpression*>* output);
+  std::vector<XPathExpression*> doTrans();
+  TErrorCode doParse();
+
+  // The current expression sequence: infix before doTrans, postfix after (borrowed).
+  const std::vector<XPathExpression*>& getExpressionsVector() const {
+    return m_XPathExpressionsVector;
+  }
+
+ private:
+  Node* m_pStartNode = nullptr;
+  long m_RootPosition = 0;
+  XPathDataType m_OutputType = BooleanType;
+  std::list<Node*>* m_pSiblings = nullptr;
+  std::deque<XPathExpression*> m_OperatorStack;
+  XPathExpression* m_pResultExpression = nullptr;
+  std::vector<XPathExpression*> m_XPathExpressionsVector;
+  TErrorCode m_Status = 0;
+  std::vector<std::unique_ptr<XPathExpression>> m_Items;  // owns every item
+};
+
+}  // namespace XmlPlugin

@@ -1,0 +1,59 @@
+// One item of an evaluation result, and the candidate record of location-path evaluation.
+#pragma once
+
+#include <cstdint>
+#include <vector>
+
+#include "host/Node.h"
+#include "host/String.h"
+
+namespace XmlPlugin {
+
+class XPathOutputElement {
+ public:
+  String m_NodeText;   // the text the item stands for as a node; empty for computed items
+  String m_Value;      // the item's string result (attribute value, text, computed value)
+  int32_t m_Index = 0;  // document-order number of what the item stands for
+  Node* m_Node = nullptr;  // the element the item belongs to; null for computed items
+
+  // The string the host receives for this item: the node text for an item that stands for
+  // a node, the value for a computed one.
+  const String& hostValue() const { return m_Node != nullptr ? m_NodeText : m_Value; }
+};
+
+// A vector of output elements owns them: whoever holds the vector deletes the items
+// (deleteOutputElements) or hands them on to another owning vector.
+typedef std::vector<XPathOutputElement*> XPathOutputElements;
+
+// Deletes every item and empties the vector.
+void deleteOutputElements(XPathOutputElements& io_Elements);
+
+// Deletes the items of an owning vector when it goes out of scope.
+class OutputElementsGuard {
+ public:
+  explicit OutputElementsGuard(XPathOutputElements& i_Elements) : m_Elements(i_Elements) {}
+  ~OutputElementsGuard() { deleteOutputElements(m_Elements); }
+  OutputElementsGuard(const OutputElementsGuard&) = delete;
+  OutputElementsGuard& operator=(const OutputElementsGuard&) = delete;
+
+ private:
+  XPathOutputElements& m_Elements;
+};
+
+// Ascending document order.
+bool XPathOutputElement_comparator(const XPathOutputElement*& i_First,
+                                   const XPathOutputElement*& i_Second);
+struct cmp {
+  bool operator()(const XPathOutputElement* i_First, const XPathOutputElement* i_Second) const {
+    return i_First->m_Index < i_Second->m_Index;
+  }
+};
+
+// A candidate node with its predicate verdict: m_Marked is true when the step's
+// predicates excluded the node.
+struct MarkedNode {
+  Node* m_Node = nullptr;
+  bool m_Marked = false;
+};
+
+}  // namespace XmlPlugin
