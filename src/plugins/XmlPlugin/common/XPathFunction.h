@@ -79,4 +79,19 @@ class XPathFunctionFactory {
   static XPathFunction* getFunctionbyName(const String& i_Name, const String& i_Next);
 };
 
+// "string": also the string value of nodes, which other functions and comparisons use.
+class XPathFunction_string : public XPathFunction {
+ public:
+  TErrorCode evaluate() override;
+  int getMinArgumentsCount() const override;  // 0
+  int getMaxArgumentsCount() const override;  // 1
+
+  // Appends the texts of every text node in the subtree of i_pNode (itself included), in
+  // document order. Iterative: deep trees cannot exhaust the stack.
+  static void getTextFromNode(const Node* i_pNode, String& o_Output);
+  // The string value of a node-set item: its own value when not empty, otherwise the text
+  // gathered from its node's content.
+  static String getItemString(const XPathOutputElement* i_pItem);
+};
+
 }  // namespace XmlPlugin
