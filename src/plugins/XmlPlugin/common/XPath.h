@@ -20,7 +20,8 @@ class XPath {
   // Supported once per object.
   TErrorCode getValues(XPathOutputElements& o_Output, Node* i_Root);
 
-  // (The location-path engine declares the rest of the class here.)
+ private:
+  String m_XPath;
 };
 
 }  // namespace XmlPlugin
