@@ -2,6 +2,7 @@
 #pragma once
 
 #include <map>
+#include <memory>
 
 #include "host/Node.h"
 #include "host/String.h"
@@ -24,7 +25,7 @@ class XmlCache {
 
  private:
   XmlCache() = default;
-  std::map<String, Node*> m_Trees;
+  std::map<String, std::unique_ptr<Node>> m_Trees;  // null for a file read without a tree
   static XmlCache* m_Cache;
 };
 
