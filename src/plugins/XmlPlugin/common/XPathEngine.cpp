@@ -1,11 +1,39 @@
 #include "XPathEngine.h"
 
+#include "XPathExpressionsParser.h"
+#include "XmlCache.h"
 #include "XmlPluginConstants.h"
+#include "host/Trace.h"
 
 namespace XmlPlugin {
 
-TErrorCode XPathEngine::start(const String&, const String&, XPathOutputElements&) {
-  return XML_PLUGIN_ERROR_XPATH_PARSER_ERROR;
+TErrorCode XPathEngine::start(const String& i_XPath, const String& i_FileName,
+                              XPathOutputElements& o_Output) {
+  Trace trace(Tracer::getInstance(TRACE_COMPONENT), "XPathEngine::start");
+  HOST_TRACE(trace, 3) << "Parsing [" << i_XPath << "] for the XML file " << i_FileName;
+  const Node* pTree = nullptr;
+  TErrorCode result = XmlCache::get()->getXmlTree(i_FileName, pTree);
+  if (result == 0) {
+    HOST_TRACE(trace, 3) << "result ok " << result;
+    if (pTree == nullptr) {
+      HOST_TRACE(trace, 1) << "Start Node empty. Error in xml parsing";
+    }
+    XPathExpressionsParser parser(i_XPath);
+    // The engine never modifies a tree; the parser's interface just predates const nodes.
+    result = parser.runParser(const_cast<Node*>(pTree));
+    if (result == 0) {
+      HOST_TRACE(trace, 3) << " result OK, getValues to output";
+      XPathOutputElements values;
+      OutputElementsGuard guard(values);
+      result = parser.getValues(values);
+      if (result == 0) {
+        o_Output.insert(o_Output.end(), values.begin(), values.end());
+        values.clear();
+      }
+    }
+  }
+  HOST_TRACE(trace, 3) << " result = " << result;
+  return result;
 }
 
 }  // namespace XmlPlugin

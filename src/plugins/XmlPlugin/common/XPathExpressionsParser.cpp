@@ -1,39 +1,256 @@
+// Infix to postfix, then postfix evaluation.
+//
+// The conversion is an operator-precedence (shunting-yard) pass over the items in source
+// order. Operands go straight to the output. An arriving operator or function first moves to
+// the output every stacked operator whose priority is at least its own, stopping at a "(",
+// and is then stacked itself; equal priorities leave the stack, so binary operators are
+// left-associative. A "(" is always stacked. A ")" or "," moves stacked operators to the
+// output down to the nearest "(": a "," leaves that "(" stacked so the argument list stays
+// open; a ")" drops it, and when the "(" opened a function's argument list (it reports
+// isInfix()) the function stacked beneath it follows to the output. An unbalanced ")" or ","
+// is dropped without complaint, and an unclosed "(" reaches the output like any operator.
+// Priorities and the isInfix() flag come from the items themselves; only the punctuation
+// texts "(", ")" and "," are known here.
+//
+// Evaluation keeps going after a failing operator: the code returned is that of the last
+// operator evaluated, so an inner failure shows only when nothing later succeeds.
 #include "XPathExpressionsParser.h"
 
+#include <algorithm>
+
+#include "XPathTokenizer.h"
 #include "XmlPluginConstants.h"
+#include "host/Trace.h"
 
 namespace XmlPlugin {
 
-XPathExpressionsParser::XPathExpressionsParser(const String&)
-    : m_Status(XML_PLUGIN_ERROR_XPATH_WRONG_EXPRESSION) {}
+namespace {
+
+bool hasText(const XPathExpression* i_pExpression, const wchar_t* i_Text) {
+  return i_pExpression->GetExpression().compareTo(i_Text) == 0;
+}
+
+// "(" text "," isOperator "," data type ")" "|" for every item.
+String describe(const std::vector<XPathExpression*>& i_Expressions) {
+  String text;
+  for (const XPathExpression* pExpression : i_Expressions) {
+    text.concat(L'(')
+        .concat(pExpression->GetExpression())
+        .concat(L',')
+        .concat(String::valueOf(pExpression->isOperator() ? 1 : 0))
+        .concat(L',')
+        .concat(String::valueOf(pExpression->getDataType()))
+        .concat(L")|");
+  }
+  return text;
+}
+
+XPathOutputElement* newValueElement(const String& i_Value) {
+  XPathOutputElement* pElement = new XPathOutputElement();
+  pElement->m_Value = i_Value;
+  return pElement;
+}
+
+}  // namespace
+
+XPathExpressionsParser::XPathExpressionsParser(const String& i_XPath) {
+  Trace trace(Tracer::getInstance(TRACE_COMPONENT),
+              "XPathExpressionsParser::XPathExpressionsParser");
+  XPathTokenizer tokenizer(i_XPath);
+  m_Status = tokenizer.start();
+  if (m_Status != 0) {
+    HOST_TRACE(trace, 1) << "Tokenizing error";
+    return;
+  }
+  m_Items = tokenizer.releaseItems();
+  m_XPathExpressionsVector = tokenizer.getExpressionVector();
+  HOST_TRACE(trace, 3) << " Parsed Expr = " << describe(m_XPathExpressionsVector);
+  m_XPathExpressionsVector = doTrans();
+  HOST_TRACE(trace, 3) << "Expr transformed =" << describe(m_XPathExpressionsVector);
+}
 
 XPathExpressionsParser::~XPathExpressionsParser() = default;
 
-TErrorCode XPathExpressionsParser::runParser(Node* i_pStartNode) {
-  m_pStartNode = i_pStartNode;
-  return m_Status;
+void XPathExpressionsParser::stackExpression(XPathExpression* e,
+                                             std::vector<XPathExpression*>* output) {
+  Trace trace(Tracer::getInstance(TRACE_COMPONENT), "XPathExpressionsParser::stackExpression");
+  if (!e->isOperator()) {
+    output->push_back(e);
+    HOST_TRACE(trace, 3) << "Expression " << e->GetExpression() << " pushed to expressionVector";
+  } else if (hasText(e, L"(")) {
+    m_OperatorStack.push_back(e);
+    HOST_TRACE(trace, 3) << "( - expression goes on stack";
+  } else if (hasText(e, L")") || hasText(e, L",")) {
+    gotParen(e, output);
+  } else {
+    gotOper(e, output);
+  }
 }
 
-TErrorCode XPathExpressionsParser::getValues(XPathOutputElements&) {
-  return XML_PLUGIN_ERROR_XPATH_PARSER_ERROR;
+void XPathExpressionsParser::gotOper(XPathExpression* e, std::vector<XPathExpression*>* output) {
+  while (!m_OperatorStack.empty()) {
+    XPathExpression* pTop = m_OperatorStack.back();
+    if (hasText(pTop, L"(") || pTop->getPriority() < e->getPriority()) {
+      break;
+    }
+    m_OperatorStack.pop_back();
+    output->push_back(pTop);
+  }
+  m_OperatorStack.push_back(e);
 }
 
-TErrorCode XPathExpressionsParser::calculateBooleanOutput(XPathOutputElements&) {
-  return XML_PLUGIN_ERROR_XPATH_PARSER_ERROR;
+void XPathExpressionsParser::gotParen(XPathExpression* e, std::vector<XPathExpression*>* output) {
+  Trace trace(Tracer::getInstance(TRACE_COMPONENT), "XPathExpressionsParser::gotParen");
+  XPathExpression* pOpening = nullptr;
+  while (pOpening == nullptr) {
+    if (m_OperatorStack.empty()) {
+      return;
+    }
+    XPathExpression* pTop = m_OperatorStack.back();
+    m_OperatorStack.pop_back();
+    if (hasText(pTop, L"(")) {
+      pOpening = pTop;
+    } else {
+      output->push_back(pTop);
+      HOST_TRACE(trace, 3) << "pOper " << pTop->GetExpression() << "goes on Vector";
+    }
+  }
+  const bool isComma = hasText(e, L",");
+  if (pOpening->isInfix() && !isComma) {
+    HOST_TRACE(trace, 3) << " Not isInfix && not coma ";
+    if (!m_OperatorStack.empty()) {
+      XPathExpression* pFunction = m_OperatorStack.back();
+      m_OperatorStack.pop_back();
+      output->push_back(pFunction);
+      HOST_TRACE(trace, 3) << "pOperator " << pFunction->GetExpression() << " goes to Vector";
+    }
+  } else if (isComma) {
+    m_OperatorStack.push_back(pOpening);
+    HOST_TRACE(trace, 3) << "pOperator " << pOpening->GetExpression() << "goes on stack";
+  }
 }
-
-void XPathExpressionsParser::stackExpression(XPathExpression*, std::vector<XPathExpression*>*) {}
-
-void XPathExpressionsParser::gotOper(XPathExpression*, std::vector<XPathExpression*>*) {}
-
-void XPathExpressionsParser::gotParen(XPathExpression*, std::vector<XPathExpression*>*) {}
 
 std::vector<XPathExpression*> XPathExpressionsParser::doTrans() {
-  return {};
+  Trace trace(Tracer::getInstance(TRACE_COMPONENT), "XPathExpressionsParser::doTrans");
+  std::vector<XPathExpression*> output;
+  for (XPathExpression* pExpression : m_XPathExpressionsVector) {
+    stackExpression(pExpression, &output);
+  }
+  while (!m_OperatorStack.empty()) {
+    output.push_back(m_OperatorStack.back());
+    m_OperatorStack.pop_back();
+  }
+  HOST_TRACE(trace, 3) << "output.size = " << output.size();
+  return output;
 }
 
 TErrorCode XPathExpressionsParser::doParse() {
-  return XML_PLUGIN_ERROR_XPATH_PARSER_ERROR;
+  Trace trace(Tracer::getInstance(TRACE_COMPONENT), "XPathExpressionsParser::doParse");
+  std::vector<XPathExpression*> localStack;
+  TErrorCode result = 0;
+  for (XPathExpression* pExpression : m_XPathExpressionsVector) {
+    pExpression->setStartNode(m_pStartNode);
+    pExpression->setRootPosition(getRootPosition());
+    if (!pExpression->isOperator()) {
+      localStack.push_back(pExpression);
+      HOST_TRACE(trace, 3) << "isOperator = false. Expression pushed on localstack";
+      continue;
+    }
+    pExpression->setSiblings(getSiblings());
+    const size_t argumentsToRead =
+        static_cast<size_t>(std::max(pExpression->getArgumentsCount(), 0));
+    HOST_TRACE(trace, 3) << "Arguments to read= " << argumentsToRead << " for "
+                         << pExpression->GetExpression() << " function ";
+    std::vector<XPathExpression*> arguments;
+    while (arguments.size() < argumentsToRead && !localStack.empty()) {
+      XPathExpression* pArgument = localStack.back();
+      if (pArgument->isOperator()) {
+        HOST_TRACE(trace, 3) << " Operator found ";
+        break;
+      }
+      localStack.pop_back();
+      pArgument->setStartNode(m_pStartNode);
+      pArgument->setRootPosition(getRootPosition());
+      pArgument->EvaluateXPath();
+      arguments.push_back(pArgument);
+      HOST_TRACE(trace, 3) << "Argument to evaluate " << pArgument->GetExpression();
+    }
+    result = pExpression->evaluate(arguments);
+    XPathExpression* pValue = result == 0 ? pExpression->getOutputArgument() : nullptr;
+    // A function may succeed without producing a value; nothing null is ever evaluated.
+    if (pValue != nullptr) {
+      localStack.push_back(pValue);
+      HOST_TRACE(trace, 3) << "pXPathOp->getOutputArgument() = " << pValue->GetExpression();
+      HOST_TRACE(trace, 3) << "pXPathOp->getDataType() = "
+                           << static_cast<int>(pValue->getDataType());
+    }
+  }
+  if (localStack.empty()) {
+    HOST_TRACE(trace, 1) << "XPATH error, localStack.size() = 0";
+    return XML_PLUGIN_ERROR_XPATH_PARSER_ERROR;
+  }
+  m_pResultExpression = localStack.back();
+  m_pResultExpression->EvaluateXPath();
+  return result;
+}
+
+TErrorCode XPathExpressionsParser::runParser(Node* i_pStartNode) {
+  Trace trace(Tracer::getInstance(TRACE_COMPONENT), "XPathExpressionsParser::runParser");
+  m_pStartNode = i_pStartNode;
+  if (m_Status != 0) {
+    return m_Status;
+  }
+  const TErrorCode result = doParse();
+  if (result == 0) {
+    m_OutputType = m_pResultExpression->getDataType();
+    HOST_TRACE(trace, 3) << "m_OutputType = " << static_cast<int>(m_OutputType);
+  }
+  HOST_TRACE(trace, 3) << "result = " << result;
+  return result;
+}
+
+TErrorCode XPathExpressionsParser::getValues(XPathOutputElements& o_Output) {
+  Trace trace(Tracer::getInstance(TRACE_COMPONENT), "XPathExpressionsParser::getValues");
+  if (m_pResultExpression == nullptr) {
+    return XML_PLUGIN_ERROR_XPATH_PARSER_ERROR;
+  }
+  TErrorCode result = 0;
+  switch (m_OutputType) {
+    case BooleanType:
+      HOST_TRACE(trace, 3) << "Boolean Type output";
+      result = calculateBooleanOutput(o_Output);
+      break;
+    case StringType:
+    case NumberType:
+      HOST_TRACE(trace, 3) << (m_OutputType == StringType ? "String Type output"
+                                                          : "Number Type output");
+      o_Output.push_back(newValueElement(m_pResultExpression->GetExpressionString()));
+      break;
+    case NodeSetType:
+      HOST_TRACE(trace, 3) << "NodeSet Type output";
+      // The result keeps owning its own list; the caller gets copies.
+      for (const XPathOutputElement* pItem : m_pResultExpression->getOutputNodesList()) {
+        o_Output.push_back(new XPathOutputElement(*pItem));
+      }
+      break;
+  }
+  HOST_TRACE(trace, 3) << "output size = " << o_Output.size();
+  HOST_TRACE(trace, 3) << "result = " << result;
+  return result;
+}
+
+TErrorCode XPathExpressionsParser::calculateBooleanOutput(XPathOutputElements& o_Output) {
+  Trace trace(Tracer::getInstance(TRACE_COMPONENT),
+              "XPathExpressionsParser::calculateBooleanOutput");
+  if (m_pResultExpression == nullptr) {
+    HOST_TRACE(trace, 1) << " XML_PLUGIN_ERROR_XPATH_PARSER_ERROR ";
+    return XML_PLUGIN_ERROR_XPATH_PARSER_ERROR;
+  }
+  const bool isTrue = m_pResultExpression->GetExpressionBool() == 1;
+  HOST_TRACE(trace, 3) << (isTrue ? " output set on TRUE" : " output set on FALSE");
+  o_Output.push_back(newValueElement(isTrue ? L"true" : L"false"));
+  HOST_TRACE(trace, 3) << "result = " << 0;
+  return 0;
 }
 
 }  // namespace XmlPlugin
