@@ -75,6 +75,12 @@ class Trace {
     Record& operator<<(const void* i_Value);
 
    private:
+    template <typename T>
+    Record& append(const T& i_Value) {
+      m_Text << i_Value;
+      return *this;
+    }
+
     Tracer* m_pTracer;
     int m_Level;
     const char* m_Function;

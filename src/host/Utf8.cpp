@@ -1,0 +1,96 @@
+#include "Utf8.h"
+
+#include <cstdint>
+
+namespace HostUtf8 {
+namespace {
+
+const wchar_t REPLACEMENT = 0xFFFD;
+
+bool isScalarValue(uint32_t i_Code) {
+  return i_Code <= 0x10FFFF && (i_Code < 0xD800 || i_Code > 0xDFFF);
+}
+
+// Length of the sequence that starts with i_Lead and the smallest code point it may hold;
+// 0 for a byte that cannot start a sequence.
+int sequenceLength(unsigned char i_Lead, uint32_t& o_Minimum) {
+  if (i_Lead < 0x80) {
+    o_Minimum = 0;
+    return 1;
+  }
+  if ((i_Lead & 0xE0) == 0xC0) {
+    o_Minimum = 0x80;
+    return 2;
+  }
+  if ((i_Lead & 0xF0) == 0xE0) {
+    o_Minimum = 0x800;
+    return 3;
+  }
+  if ((i_Lead & 0xF8) == 0xF0) {
+    o_Minimum = 0x10000;
+    return 4;
+  }
+  return 0;
+}
+
+}  // namespace
+
+bool appendDecoded(const char* i_Bytes, size_t i_Size, std::wstring& io_Text) {
+  const unsigned char* pBytes = reinterpret_cast<const unsigned char*>(i_Bytes);
+  bool valid = true;
+  size_t position = 0;
+  while (position < i_Size) {
+    uint32_t minimum = 0;
+    const int length = sequenceLength(pBytes[position], minimum);
+    if (length == 0 || position + length > i_Size) {
+      io_Text.push_back(REPLACEMENT);
+      valid = false;
+      ++position;
+      continue;
+    }
+    uint32_t code = length == 1 ? pBytes[position] : pBytes[position] & (0x7F >> length);
+    int continuation = 1;
+    for (; continuation < length; ++continuation) {
+      const unsigned char byte = pBytes[position + continuation];
+      if ((byte & 0xC0) != 0x80) {
+        break;
+      }
+      code = (code << 6) | (byte & 0x3F);
+    }
+    if (continuation < length || code < minimum || !isScalarValue(code)) {
+      io_Text.push_back(REPLACEMENT);
+      valid = false;
+      position += continuation;
+      continue;
+    }
+    io_Text.push_back(static_cast<wchar_t>(code));
+    position += length;
+  }
+  return valid;
+}
+
+void appendEncoded(const wchar_t* i_Text, size_t i_Size, std::string& io_Bytes) {
+  for (size_t i = 0; i < i_Size; ++i) {
+    uint32_t code = static_cast<uint32_t>(i_Text[i]);
+    if (!isScalarValue(code)) {
+      code = REPLACEMENT;
+    }
+    if (code < 0x80) {
+      io_Bytes.push_back(static_cast<char>(code));
+    } else if (code < 0x800) {
+      io_Bytes.push_back(static_cast<char>(0xC0 | (code >> 6)));
+      io_Bytes.push_back(static_cast<char>(0x80 | (code & 0x3F)));
+    } else if (code < 0x10000) {
+      io_Bytes.push_back(static_cast<char>(0xE0 | (code >> 12)));
+      io_Bytes.push_back(static_cast<char>(0x80 | ((code >> 6) & 0x3F)));
+      io_Bytes.push_back(static_cast<char>(0x80 | (code & 0x3F)));
+    } else {
+      io_Bytes.push_back(static_cast<char>(0xF0 | (code >> 18)));
+      io_Bytes.push_back(static_cast<char>(0x80 | ((code >> 12) & 0x3F)));
+      io_Bytes.push_back(static_cast<char>(0x80 | ((code >> 6) & 0x3F)));
+      io_Bytes.push_back(static_cast<char>(0x80 | (code & 0x3F)));
+    }
+  }
+}
+
+}  // namespace HostUtf8
