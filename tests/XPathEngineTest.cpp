@@ -1,0 +1,145 @@
+#include "XPathEngine.h"
+
+#include <gtest/gtest.h>
+#include <pthread.h>
+
+#include <fstream>
+#include <functional>
+#include <string>
+#include <vector>
+
+#include "XmlCache.h"
+#include "XmlPluginConstants.h"
+#include "host/Trace.h"
+
+using namespace XmlPlugin;
+
+namespace {
+
+struct Row {
+  std::string m_XPath;
+  std::string m_Expected;
+};
+
+std::ostream& operator<<(std::ostream& io_Stream, const Row& i_Row) {
+  return io_Stream << "[" << i_Row.m_XPath.substr(0, 60) << "]";
+}
+
+class XPathEngineTest : public testing::Test {
+ protected:
+  static void SetUpTestSuite() {
+    m_File = testing::TempDir() + "xpath_engine_test.xml";
+    std::ofstream(m_File) << "<a><b>1</b><b>2</b><c x='y'>t</c></a>\n";
+  }
+  static void TearDownTestSuite() { XmlCache::cleanup(); }
+
+  // "code:values" with the values the host would receive, comma-separated.
+  static std::string run(const std::string& i_XPath, const std::string& i_File = m_File) {
+    XPathOutputElements values;
+    OutputElementsGuard guard(values);
+    const TErrorCode result =
+        XPathEngine().start(String(i_XPath.c_str()), String(i_File.c_str()), values);
+    std::string text = std::to_string(result) + ":";
+    for (size_t i = 0; i < values.size(); ++i) {
+      text += (i == 0 ? "" : ",") + values[i]->hostValue().toNarrow();
+    }
+    return text;
+  }
+
+  static std::string m_File;
+};
+
+std::string XPathEngineTest::m_File;
+
+std::string repeated(const std::string& i_Text, int i_Count) {
+  std::string text;
+  for (int i = 0; i < i_Count; ++i) {
+    text += i_Text;
+  }
+  return text;
+}
+
+std::string nested(int i_Depth) {
+  return repeated("(", i_Depth) + "1" + repeated(")", i_Depth);
+}
+
+// Runs i_Work on a thread with the smallest stack the engine is promised.
+void runOnSmallStack(const std::function<void()>& i_Work) {
+  pthread_attr_t attributes;
+  ASSERT_EQ(pthread_attr_init(&attributes), 0);
+  ASSERT_EQ(pthread_attr_setstacksize(&attributes, 2 * 1024 * 1024), 0);
+  pthread_t thread;
+  auto body = [](void* i_pWork) -> void* {
+    (*static_cast<const std::function<void()>*>(i_pWork))();
+    return nullptr;
+  };
+  ASSERT_EQ(pthread_create(&thread, &attributes, body, const_cast<std::function<void()>*>(&i_Work)),
+            0);
+  pthread_join(thread, nullptr);
+  pthread_attr_destroy(&attributes);
+}
+
+}  // namespace
+
+TEST_F(XPathEngineTest, ShapesEachResultType) {
+  const Row rows[] = {
+      {"1 = 1", "0:true"}, {"1 = 2", "0:false"},   {"concat('a','b')", "0:ab"},
+      {"1 + 1", "0:2"},    {"count(/a/b)", "0:2"}, {"/a/b", "0:1,2"},
+      {"/a/zzz", "0:"},
+  };
+  for (const Row& row : rows) {
+    EXPECT_EQ(run(row.m_XPath), row.m_Expected) << row;
+  }
+}
+
+TEST_F(XPathEngineTest, FailureLeavesOutputAsItWas) {
+  const std::string missing = m_File + ".missing";
+  const struct {
+    const char* m_XPath;
+    const std::string& m_File;
+    TErrorCode m_Code;
+  } rows[] = {{"1 +", m_File, -15105}, {"count()", m_File, -15004}, {"1 + 1", missing, -15103}};
+  for (const auto& row : rows) {
+    XPathOutputElements values;
+    OutputElementsGuard guard(values);
+    values.push_back(new XPathOutputElement());
+    EXPECT_EQ(XPathEngine().start(String(row.m_XPath), String(row.m_File.c_str()), values),
+              row.m_Code)
+        << row.m_XPath;
+    EXPECT_EQ(values.size(), 1u) << row.m_XPath;
+  }
+}
+
+TEST_F(XPathEngineTest, TracesTheRoad) {
+  std::vector<std::wstring> texts;
+  Tracer::setLevel(3);
+  Tracer::setListener([&texts](const TraceRecord& i_Record) {
+    if (std::string(i_Record.function) == "XPathEngine::start") {
+      texts.push_back(i_Record.text);
+    }
+  });
+  run("1 + 1");
+  Tracer::setListener(nullptr);
+  Tracer::setLevel(0);
+  const std::wstring file(m_File.begin(), m_File.end());
+  const std::vector<std::wstring> expected = {L"Parsing [1 + 1] for the XML file " + file,
+                                              L"result ok 0", L" result OK, getValues to output",
+                                              L" result = 0"};
+  EXPECT_EQ(texts, expected);
+}
+
+// Whatever text is accepted evaluates within a 2 MiB stack; deeper nesting is refused.
+TEST_F(XPathEngineTest, DeepExpressionsFitASmallStack) {
+  const Row rows[] = {
+      {nested(200), "0:1"},
+      {"1" + repeated(" + 1", 9999), "0:10000"},
+      {repeated("-", 10001) + "1", "0:-1"},
+      {repeated("concat('a', ", 100) + "'b'" + repeated(")", 100), "0:" + repeated("a", 100) + "b"},
+      {nested(1000), "-15105:"},
+  };
+  runOnSmallStack([&rows] {
+    for (const Row& row : rows) {
+      EXPECT_EQ(run(row.m_XPath), row.m_Expected) << row;
+    }
+  });
+}

@@ -1,0 +1,174 @@
+#include "XPathExpressionsParser.h"
+
+#include <gtest/gtest.h>
+
+#include <string>
+#include <vector>
+
+#include "XmlPluginConstants.h"
+#include "host/Trace.h"
+
+using namespace XmlPlugin;
+
+namespace {
+
+struct Row {
+  const char* m_Input;
+  const char* m_Expected;
+};
+
+std::ostream& operator<<(std::ostream& io_Stream, const Row& i_Row) {
+  return io_Stream << "[" << i_Row.m_Input << "]";
+}
+
+std::string postfixOf(const char* i_XPath) {
+  XPathExpressionsParser parser{String(i_XPath)};
+  if (parser.getStatus() != 0) {
+    return "error:" + std::to_string(parser.getStatus());
+  }
+  std::string text;
+  for (const XPathExpression* pItem : parser.getExpressionsVector()) {
+    text += (text.empty() ? "" : " ") + pItem->GetExpression().toNarrow();
+  }
+  return text;
+}
+
+const char* typeName(XPathDataType i_Type) {
+  switch (i_Type) {
+    case BooleanType:
+      return "boolean";
+    case StringType:
+      return "string";
+    case NumberType:
+      return "number";
+    case NodeSetType:
+      return "nodes";
+  }
+  return "?";
+}
+
+// The value as one canonical string: "number:7", "string:ab", "boolean:true", "error:-15004".
+std::string valueOf(const char* i_XPath) {
+  XPathExpressionsParser parser{String(i_XPath)};
+  TErrorCode result = parser.runParser(nullptr);
+  XPathOutputElements values;
+  OutputElementsGuard guard(values);
+  if (result == 0) {
+    result = parser.getValues(values);
+  }
+  if (result != 0) {
+    return "error:" + std::to_string(result);
+  }
+  std::string text = typeName(parser.getXPathOutputType());
+  for (size_t i = 0; i < values.size(); ++i) {
+    text += (i == 0 ? ":" : ",") + values[i]->hostValue().toNarrow();
+  }
+  return text;
+}
+
+}  // namespace
+
+TEST(XPathExpressionsParserTest, ConvertsToPostfix) {
+  const Row rows[] = {
+      {"1 + 2 * 3", "1 2 3 * +"},
+      {"(1 + 2) * 3", "1 2 + 3 *"},
+      {"8 - 3 - 2", "8 3 - 2 -"},
+      {"2 < 3 = 1", "2 3 < 1 ="},
+      {"6 div 2 mod 4 * 5", "6 2 div 4 mod 5 *"},
+      {"1 or 0 and 0", "1 0 or 0 and"},
+      {"1 = 1 or 2 + 3 > 4", "1 1 = 2 3 + 4 > or"},
+      {"concat('a', 'b') = 'ab'", "'a' 'b' concat 'ab' ="},
+      {"concat('x','y','z')", "'x' 'y' 'z' concat"},
+      {"concat(1 + 2, concat('a', 'b'))", "1 2 + 'a' 'b' concat concat"},
+      {"((((7))))", "7"},
+      {"-2", "0 2 -"},
+      {"count()", "count"},
+      // substring binds more loosely than "+", so "+" leaves the stack before it.
+      {"1 + substring('12345', 2)", "1 + '12345' 2 substring"},
+      {"1 +", "error:-15105"},
+  };
+  for (const Row& row : rows) {
+    EXPECT_EQ(postfixOf(row.m_Input), row.m_Expected) << row;
+  }
+}
+
+TEST(XPathExpressionsParserTest, EvaluatesPostfix) {
+  const Row rows[] = {
+      {"1 + 2 * 3", "number:7"},
+      {"(1 + 2) * 3", "number:9"},
+      {"8 - 3 - 2", "number:3"},
+      {"2 < 3 = 1", "boolean:true"},
+      {"1 = 1", "boolean:true"},
+      {"1 = 2", "boolean:false"},
+      {"concat('a', 'b') = 'ab'", "boolean:true"},
+      {"concat('x','y','z')", "string:xyz"},
+      {"1 div 0", "number:Infinity"},
+      {"0 div 0", "number:NaN"},
+      {"-1 div 0", "number:-Infinity"},
+      {"true() < '5'", "boolean:true"},
+      {"substring('12345', 2)", "string:2345"},
+      {"'abc'", "string:abc"},
+      {"-0", "number:0"},
+      {"--2", "number:2"},
+  };
+  for (const Row& row : rows) {
+    EXPECT_EQ(valueOf(row.m_Input), row.m_Expected) << row;
+  }
+}
+
+// A failing operator pushes nothing and evaluation goes on; the host sees -15004 when
+// nothing is left, whatever the failing operator reported.
+TEST(XPathExpressionsParserTest, ReportsFailures) {
+  const Row rows[] = {
+      {"count()", "error:-15004"},
+      {"concat('a')", "error:-15004"},
+      {"translate('abc', 'a', 'b')", "error:-15004"},
+      {"local-name()", "error:-15004"},
+      {"count('a')", "error:-15004"},
+      {"1 +", "error:-15105"},
+      {"", "error:-15105"},
+      {"   ", "error:-15105"},
+  };
+  for (const Row& row : rows) {
+    EXPECT_EQ(valueOf(row.m_Input), row.m_Expected) << row;
+  }
+}
+
+TEST(XPathExpressionsParserTest, OperatorFailureIsTracedAtItsLevel) {
+  std::vector<std::wstring> errors;
+  Tracer::setLevel(1);
+  Tracer::setListener([&errors](const TraceRecord& i_Record) {
+    if (i_Record.level == 1) {
+      errors.push_back(i_Record.text);
+    }
+  });
+  EXPECT_EQ(valueOf("count()"), "error:-15004");
+  EXPECT_EQ(valueOf("1 +"), "error:-15105");
+  Tracer::setListener(nullptr);
+  Tracer::setLevel(0);
+  const std::vector<std::wstring> expected = {L"XML_PLUGIN_ERROR_XPATH_ARGUMENTS_NUMBER_ERROR",
+                                              L"XPATH error, localStack.size() = 0",
+                                              L"Tokenizing error"};
+  EXPECT_EQ(errors, expected);
+}
+
+TEST(XPathExpressionsParserTest, NothingToShapeBeforeEvaluation) {
+  XPathExpressionsParser parser{String("1 = 1")};
+  XPathOutputElements values;
+  EXPECT_EQ(parser.getValues(values), XML_PLUGIN_ERROR_XPATH_PARSER_ERROR);
+  EXPECT_EQ(parser.calculateBooleanOutput(values), XML_PLUGIN_ERROR_XPATH_PARSER_ERROR);
+  EXPECT_TRUE(values.empty());
+}
+
+TEST(XPathExpressionsParserTest, GetValuesAppends) {
+  XPathExpressionsParser parser{String("concat('a', 'b')")};
+  ASSERT_EQ(parser.runParser(nullptr), 0);
+  XPathOutputElements values;
+  OutputElementsGuard guard(values);
+  values.push_back(new XPathOutputElement());
+  ASSERT_EQ(parser.getValues(values), 0);
+  ASSERT_EQ(values.size(), 2u);
+  EXPECT_EQ(values[1]->m_Value.toNarrow(), "ab");
+  EXPECT_EQ(values[1]->m_Node, nullptr);
+  EXPECT_TRUE(values[1]->m_NodeText.isEmpty());
+}
