@@ -6,6 +6,8 @@
 // element 0 is the last argument.
 #pragma once
 
+#include <cstddef>
+#include <cstdint>
 #include <list>
 #include <memory>
 #include <vector>
@@ -17,7 +19,8 @@ namespace XmlPlugin {
 
 class XPathFunction {
  public:
-  XPathFunction();
+  // i_ParametersRead: how many parameters the body reads at the least.
+  explicit XPathFunction(size_t i_ParametersRead = 0);
   virtual ~XPathFunction();
   XPathFunction(const XPathFunction&) = delete;
   XPathFunction& operator=(const XPathFunction&) = delete;
@@ -27,6 +30,9 @@ class XPathFunction {
   // -1 means no lower bound.
   virtual int getMinArgumentsCount() const;  // getMaxArgumentsCount()
   virtual TErrorCode evaluate() = 0;
+  // The operator refuses a call with fewer arguments than this, whatever the count bounds
+  // allow, so that no body reads past its parameter list.
+  size_t getParametersRead() const { return m_ParametersRead; }
 
   XPathExpression* GetOutputExpression() const { return m_pOutputExpression; }
   // Gives up ownership of the current output expression.
@@ -56,7 +62,15 @@ class XPathFunction {
   void createOutputExpression(const String& i_Value);
   void createOutputExpression(double i_Value, LimitType i_Kind, bool i_NegativeZero);
 
+ protected:
+  // Parameter i_Index of the list, counted from the call's last argument.
+  XPathExpression* getParameter(size_t i_Index) const { return m_FunctionParameters[i_Index]; }
+  size_t getParametersCount() const { return m_FunctionParameters.size(); }
+  // A boolean result: 1.0 or 0.0.
+  void createBooleanOutput(bool i_Value);
+
  private:
+  size_t m_ParametersRead;
   XPathExpression* m_pOutputExpression = nullptr;
   Node* m_pStartNode = nullptr;
   int m_ArgumentsCount = 2;
@@ -79,6 +93,74 @@ class XPathFunctionFactory {
   static XPathFunction* getFunctionbyName(const String& i_Name, const String& i_Next);
 };
 
+// Truncates toward zero into the 32-bit range: values beyond it saturate, NaN gives 0.
+int32_t truncateToInt32(double i_Value);
+
+// ---- Operators ----
+
+// "=", "!=", "<", ">", "<=", ">=" (and the punctuation, which never evaluates).
+class XPathFunction_logical_eq : public XPathFunction {
+ public:
+  XPathFunction_logical_eq() : XPathFunction(2) {}
+  TErrorCode evaluate() override;
+};
+
+// "and", "or": the same comparison rules.
+class XPathFunction_logical : public XPathFunction_logical_eq {};
+
+// "+" and "-".
+class XPathFunction_aritmetical_plus : public XPathFunction {
+ public:
+  XPathFunction_aritmetical_plus() : XPathFunction(2) {}
+  TErrorCode evaluate() override;
+  int getMinArgumentsCount() const override;  // 1
+  int getMaxArgumentsCount() const override;  // 2
+};
+
+// "*", "div" and "mod".
+class XPathFunction_aritmetical_multi : public XPathFunction {
+ public:
+  XPathFunction_aritmetical_multi() : XPathFunction(2) {}
+  TErrorCode evaluate() override;
+};
+
+// ---- Node-set functions ----
+
+class XPathFunction_count : public XPathFunction {
+ public:
+  XPathFunction_count() : XPathFunction(1) {}
+  // 0 without an output value when the argument is not a node set.
+  TErrorCode evaluate() override;
+};
+
+class XPathFunction_last : public XPathFunction {
+ public:
+  TErrorCode evaluate() override;
+};
+
+class XPathFunction_position : public XPathFunction {
+ public:
+  // 0 without an output value when the context node is not in its sibling list.
+  TErrorCode evaluate() override;
+};
+
+// Not supported: -102.
+class XPathFunction_localname : public XPathFunction {
+ public:
+  TErrorCode evaluate() override;
+  int getMinArgumentsCount() const override;  // 0
+  int getMaxArgumentsCount() const override;  // 1
+};
+
+class XPathFunction_name : public XPathFunction {
+ public:
+  TErrorCode evaluate() override;
+  int getMinArgumentsCount() const override;  // 0
+  int getMaxArgumentsCount() const override;  // 1
+};
+
+// ---- String functions ----
+
 // "string": also the string value of nodes, which other functions and comparisons use.
 class XPathFunction_string : public XPathFunction {
  public:
@@ -92,6 +174,153 @@ class XPathFunction_string : public XPathFunction {
   // The string value of a node-set item: its own value when not empty, otherwise the text
   // gathered from its node's content.
   static String getItemString(const XPathOutputElement* i_pItem);
+  // The string value of any value: "true"/"false" for a boolean, the first item's for a
+  // node set ("" when empty).
+  static String getValueString(const XPathExpression* i_pValue);
+};
+
+class XPathFunction_concat : public XPathFunction {
+ public:
+  TErrorCode evaluate() override;
+  int getMinArgumentsCount() const override;  // 2
+  int getMaxArgumentsCount() const override;  // -1
+};
+
+class XPathFunction_startsWith : public XPathFunction {
+ public:
+  XPathFunction_startsWith() : XPathFunction(2) {}
+  TErrorCode evaluate() override;
+};
+
+class XPathFunction_contains : public XPathFunction {
+ public:
+  XPathFunction_contains() : XPathFunction(2) {}
+  TErrorCode evaluate() override;
+};
+
+class XPathFunction_substringBefore : public XPathFunction {
+ public:
+  XPathFunction_substringBefore() : XPathFunction(2) {}
+  TErrorCode evaluate() override;
+};
+
+class XPathFunction_substringAfter : public XPathFunction {
+ public:
+  XPathFunction_substringAfter() : XPathFunction(2) {}
+  TErrorCode evaluate() override;
+};
+
+class XPathFunction_substring : public XPathFunction {
+ public:
+  XPathFunction_substring() : XPathFunction(2) {}
+  TErrorCode evaluate() override;
+  int getMinArgumentsCount() const override;  // 2
+  int getMaxArgumentsCount() const override;  // 3
+};
+
+class XPathFunction_stringlength : public XPathFunction {
+ public:
+  TErrorCode evaluate() override;
+  int getMinArgumentsCount() const override;  // 0
+  int getMaxArgumentsCount() const override;  // 1
+};
+
+class XPathFunction_normalizespace : public XPathFunction {
+ public:
+  TErrorCode evaluate() override;
+  int getMinArgumentsCount() const override;  // 0
+  int getMaxArgumentsCount() const override;  // 1
+};
+
+// Not supported: -102.
+class XPathFunction_translate : public XPathFunction {
+ public:
+  TErrorCode evaluate() override;
+  int getMinArgumentsCount() const override;  // 3
+  int getMaxArgumentsCount() const override;  // 3
+};
+
+// ---- Boolean functions ----
+
+class XPathFunction_boolean : public XPathFunction {
+ public:
+  XPathFunction_boolean() : XPathFunction(1) {}
+  TErrorCode evaluate() override;
+};
+
+class XPathFunction_true : public XPathFunction {
+ public:
+  TErrorCode evaluate() override;
+};
+
+class XPathFunction_false : public XPathFunction {
+ public:
+  TErrorCode evaluate() override;
+};
+
+class XPathFunction_not : public XPathFunction {
+ public:
+  XPathFunction_not() : XPathFunction(1) {}
+  TErrorCode evaluate() override;
+};
+
+// ---- Number functions ----
+
+// A number with its kind, as the number functions hand it on.
+struct NumberValue {
+  double m_Value;
+  LimitType m_Kind;
+  bool m_NegativeZero;
+};
+
+class XPathFunction_number : public XPathFunction {
+ public:
+  TErrorCode evaluate() override;             // NaN without an argument
+  int getMinArgumentsCount() const override;  // 0
+  int getMaxArgumentsCount() const override;  // 1
+
+  // The number a value stands for; NaN when it has none.
+  static NumberValue toNumber(const XPathExpression* i_pValue);
+};
+
+class XPathFunction_sum : public XPathFunction {
+ public:
+  XPathFunction_sum() : XPathFunction(1) {}
+  TErrorCode evaluate() override;
+  int getMinArgumentsCount() const override;  // 1
+  int getMaxArgumentsCount() const override;  // 1
+};
+
+// "floor", "ceiling" and "round": a special number passes through, an ordinary one is
+// rounded to a whole number by the subclass.
+class XPathFunction_rounding : public XPathFunction {
+ public:
+  XPathFunction_rounding() : XPathFunction(1) {}
+  TErrorCode evaluate() override;
+  int getMinArgumentsCount() const override;  // 1
+  int getMaxArgumentsCount() const override;  // 1
+
+ protected:
+  virtual double roundValue(double i_Value) const = 0;
+};
+
+class XPathFunction_floor : public XPathFunction_rounding {
+ protected:
+  double roundValue(double i_Value) const override;
+};
+
+class XPathFunction_ceiling : public XPathFunction_rounding {
+ protected:
+  double roundValue(double i_Value) const override;
+};
+
+class XPathFunction_round : public XPathFunction_rounding {
+ public:
+  // Halves go up; the truncation saturates at 32 bits.
+  static double roundNumber(double i_Value);
+
+ protected:
+  double roundValue(double i_Value) const override { return roundNumber(i_Value); }
 };
 
 }  // namespace XmlPlugin

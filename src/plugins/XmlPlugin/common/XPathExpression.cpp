@@ -1,0 +1,163 @@
+#include "XPathExpression.h"
+
+#include <locale>
+#include <sstream>
+
+#include "XPathArgument.h"
+#include "XPathFunction.h"
+#include "XPathOperator.h"
+#include "XmlPluginConstants.h"
+#include "host/Trace.h"
+
+namespace XmlPlugin {
+
+XPathExpression::XPathExpression() = default;
+
+XPathExpression::XPathExpression(const String& i_Text) : m_ExpressionString(i_Text) {}
+
+XPathExpression::XPathExpression(double i_Value) : m_Number(i_Value) {}
+
+XPathExpression::XPathExpression(const XPathExpression& i_Other) {
+  *this = i_Other;
+}
+
+XPathExpression& XPathExpression::operator=(const XPathExpression& i_Other) {
+  if (this == &i_Other) {
+    return *this;
+  }
+  m_RootPosition = i_Other.m_RootPosition;
+  m_ExpressionString = i_Other.m_ExpressionString;
+  m_Number = i_Other.m_Number;
+  m_NumbType = i_Other.m_NumbType;
+  m_NegativeZero = i_Other.m_NegativeZero;
+  m_DataType = i_Other.m_DataType;
+  // The copy keeps context copies of its own, so it outlives the source's context.
+  m_OwnedStartNode.reset(i_Other.m_StartNode != nullptr ? new Node(*i_Other.m_StartNode) : nullptr);
+  m_StartNode = m_OwnedStartNode.get();
+  m_OwnedSiblings.reset(i_Other.m_Siblings != nullptr ? new std::list<Node*>(*i_Other.m_Siblings)
+                                                      : nullptr);
+  m_Siblings = m_OwnedSiblings.get();
+  return *this;
+}
+
+XPathExpression::~XPathExpression() {
+  deleteOutputElements(m_OutputNodes);
+}
+
+bool XPathExpression::isOperator() const {
+  return false;
+}
+
+int XPathExpression::getPriority() const {
+  return 0;
+}
+
+bool XPathExpression::isInfix() const {
+  return false;
+}
+
+int XPathExpression::getArgumentsCount() const {
+  return 0;
+}
+
+TErrorCode XPathExpression::evaluate(const std::vector<XPathExpression*>&) {
+  return HOST_ERROR_NOT_SUPPORTED;
+}
+
+XPathExpression* XPathExpression::getOutputArgument() {
+  return nullptr;
+}
+
+void XPathExpression::EvaluateXPath() {}
+
+String XPathExpression::CutQuota(const String& i_Text) {
+  for (const wchar_t* quote : {L"\"", L"'"}) {
+    if (i_Text.startsWith(quote) && i_Text.endsWith(quote)) {
+      return i_Text.substring(i_Text.indexOf(quote) + 1, i_Text.lastIndexOf(quote) - 1);
+    }
+  }
+  return i_Text;
+}
+
+std::string XPathExpression::Stringtostring(const String& i_Text) {
+  return i_Text.toNarrow();
+}
+
+void XPathExpression::SetExpressionNumb(const String& i_Text) {
+  String text = CutQuota(i_Text);
+  std::istringstream stream(Stringtostring(text.trim()));
+  stream.imbue(std::locale::classic());
+  double value = 0.0;
+  // A numeral out of the double range reads as the largest finite value (non-zero even on
+  // failure); a text with no numeral reads nothing and leaves the number as it was.
+  if (stream >> value || value != 0.0) {
+    m_Number = value;
+  }
+}
+
+double XPathExpression::GetExpressionNumb() const {
+  Trace trace(Tracer::getInstance(TRACE_COMPONENT), "XPathExpression::GetExpressionNumb");
+  // Deliberately the item count, not the number in the first node's text.
+  const double result =
+      m_DataType == NodeSetType ? static_cast<double>(m_OutputNodes.size()) : m_Number;
+  HOST_TRACE(trace, 3) << "result = " << result;
+  return result;
+}
+
+int XPathExpression::GetExpressionBool() const {
+  Trace trace(Tracer::getInstance(TRACE_COMPONENT), "XPathExpression::GetExpressionBool");
+  int result = 0;
+  switch (m_DataType) {
+    case StringType:
+      result = GetExpressionString().isEmpty() ? 0 : 1;
+      break;
+    case NumberType:
+    case BooleanType:
+      if (m_ExpressionString.length() != CutQuota(m_ExpressionString).length()) {
+        result = 1;  // a quoted literal, whatever it holds
+      } else if (m_NumbType == Infinity || m_NumbType == NInfinity) {
+        result = 1;
+      } else if (m_NumbType == NaN) {
+        result = 0;
+      } else {
+        result = GetExpressionNumb() != 0.0 ? 1 : 0;
+      }
+      break;
+    case NodeSetType:
+      result = m_OutputNodes.empty() ? 0 : 1;
+      break;
+  }
+  HOST_TRACE(trace, 3) << "result = " << result;
+  return result;
+}
+
+String XPathExpression::GetExpressionString() const {
+  if (m_DataType == NumberType) {
+    switch (m_NumbType) {
+      case Infinity:
+        return String(L"Infinity");
+      case NInfinity:
+        return String(L"-Infinity");
+      case NaN:
+        return String(L"NaN");
+      case NumbType:
+      case ZeroByInfinity:
+        break;
+    }
+  }
+  return CutQuota(m_ExpressionString);
+}
+
+XPathExpression* XPathExpression::create(const String& i_Token, const String& i_Context,
+                                         XPathExpression* i_pPrevious) {
+  Trace trace(Tracer::getInstance(TRACE_COMPONENT), "XPathExpression::create");
+  XPathFunction* pFunction = XPathFunctionFactory::create(i_Token, i_Context, i_pPrevious);
+  if (pFunction != nullptr) {
+    HOST_TRACE(trace, 3) << " Operator created " << i_Token;
+    return new XPathOperator(i_Token, i_pPrevious, pFunction);
+  }
+  HOST_TRACE(trace, 3) << " Argument created " << i_Token;
+  return new XPathArgument(i_Token);
+}
+
+}  // namespace XmlPlugin
