@@ -59,6 +59,11 @@ class Node {
   // Document-order number: distinct for every node of a tree, growing in document order.
   // An element with n attributes reserves the n numbers after its own for them.
   int32_t m_Index;
+
+ private:
+  int m_Type;  // kept beside m_Index so the two share one word
+
+ public:
   // The element's attributes; never null for an element (an empty map when it has none).
   StringMap* m_Attributes;
 
@@ -66,7 +71,6 @@ class Node {
   void setChildren(const NodeList* i_pChildren) { m_pChildren = i_pChildren; }
 
  private:
-  int m_Type;
   Node* m_pParent;
   const NodeList* m_pChildren;
 };

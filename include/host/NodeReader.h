@@ -26,11 +26,18 @@ class NodeSink {
   virtual ~NodeSink();
 };
 
+// Values of NodeReader::m_Status.
+const int32_t NODE_READER_STATUS_OK = 0;
+const int32_t NODE_READER_STATUS_UNREADABLE = 1;  // the file cannot be opened or read
+const int32_t NODE_READER_STATUS_REFUSED = 2;     // refused: file kind, a limit, entities
+const int32_t NODE_READER_STATUS_MALFORMED = 3;   // not well-formed, or an unknown encoding
+
 // Limits of the reader.
 const uint32_t NODE_READER_MAX_FILE_SIZE = 64u * 1024u * 1024u;  // bytes
 const int NODE_READER_MAX_DEPTH = 2048;                          // nested elements
 const int NODE_READER_MAX_NAME_LENGTH = 4096;                    // characters of a name
 const int NODE_READER_MAX_ATTRIBUTES = 4096;                     // attributes of one element
+const uint32_t NODE_READER_CHUNK_SIZE = 64u * 1024u;             // bytes parsed at a time
 
 class NodeReader {
  public:
@@ -40,15 +47,19 @@ class NodeReader {
   NodeReader& operator=(const NodeReader&) = delete;
 
   // Reads the file and hands the tree to the sink. Returns m_Status. i_Flags is reserved (0).
+  // Every failure is reported once to the sink: a malformed document to onError, anything
+  // refused or unreadable to onCriticalError, with the line it concerns (0 for the file).
   TErrorCode process(const String& i_FileName, int i_Flags);
 
   // Options; plug-ins set all four to zero before process().
-  uint32_t m_MaxFileSize;      // 0: NODE_READER_MAX_FILE_SIZE
-  uint8_t m_KeepBlankText;     // 1: keep text nodes made only of white space
-  uint8_t m_SkipComments;      // 1: drop comments and processing instructions
-  uint8_t m_TrimText;          // 1: trim white space around text
-  // 0 after a successful process(), non-zero after a failure.
+  uint32_t m_MaxFileSize;   // 0: NODE_READER_MAX_FILE_SIZE
+  uint8_t m_KeepBlankText;  // 1: keep text nodes made only of white space
+  uint8_t m_SkipComments;   // 1: drop comments and processing instructions
+  uint8_t m_TrimText;       // 1: trim white space around text
+  // 0 after a successful process(), non-zero after a failure (NODE_READER_STATUS_*).
   int32_t m_Status;
+  // Bytes read and parsed at a time; 0: NODE_READER_CHUNK_SIZE.
+  uint32_t m_ChunkSize;
 
  private:
   NodeSink& m_Sink;

@@ -50,9 +50,9 @@ class Expression {
  public:
   Expression();
   virtual ~Expression();
-  virtual bool isOperator() const;   // false
-  virtual int getType() const = 0;   // 0 scalar, 1 vector
-  virtual bool isReady() const;      // true
+  virtual bool isOperator() const;  // false
+  virtual int getType() const = 0;  // 0 scalar, 1 vector
+  virtual bool isReady() const;     // true
   virtual void disposeExpression() = 0;
 
   // The property's value, or null when it was never set. Valid until it is set again.

@@ -13,8 +13,8 @@
 class String {
  public:
   String();
-  String(const char* i_Narrow);    // UTF-8 (plain ASCII in practice); null gives ""
-  String(const wchar_t* i_Wide);   // null gives ""
+  String(const char* i_Narrow);   // UTF-8 (plain ASCII in practice); null gives ""
+  String(const wchar_t* i_Wide);  // null gives ""
   String(const wchar_t* i_Wide, int i_Length);
   String(const std::wstring& i_Wide);
   String(const String& i_Other);
@@ -40,7 +40,7 @@ class String {
   int compareTo(const String& i_Other, int i_IgnoreCase = 0) const;
   int compareTo(const wchar_t* i_Other) const;  // 0 when equal; null counts as ""
 
-  String substring(int i_Begin) const;                  // to the end
+  String substring(int i_Begin) const;                      // to the end
   String substring(int i_Begin, int i_EndInclusive) const;  // end index INCLUSIVE
 
   // Appending, in place; each returns *this.

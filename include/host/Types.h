@@ -7,8 +7,8 @@
 typedef int32_t TErrorCode;
 
 // Host codes that plug-ins see.
-const TErrorCode HOST_ERROR_BAD_ARGUMENT = -101;        // a null or invalid argument
-const TErrorCode HOST_ERROR_NOT_SUPPORTED = -102;       // operation not supported
-const TErrorCode HOST_ERROR_OUT_OF_RANGE = -103;        // index past the end
-const TErrorCode HOST_ERROR_KEY_NOT_FOUND = -1001;      // no entry under that name
+const TErrorCode HOST_ERROR_BAD_ARGUMENT = -101;          // a null or invalid argument
+const TErrorCode HOST_ERROR_NOT_SUPPORTED = -102;         // operation not supported
+const TErrorCode HOST_ERROR_OUT_OF_RANGE = -103;          // index past the end
+const TErrorCode HOST_ERROR_KEY_NOT_FOUND = -1001;        // no entry under that name
 const TErrorCode HOST_ERROR_UNKNOWN_EXPRESSION = -10008;  // unknown expression type name

@@ -1,0 +1,6 @@
+#include "DocumentTree.h"
+
+StringMap* TreeStorage::noAttributes() {
+  static StringMap s_Empty;
+  return &s_Empty;
+}
