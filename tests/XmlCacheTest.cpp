@@ -1,0 +1,191 @@
+// The document cache, one parse of a file, and the sink's trace records.
+#include "XmlCache.h"
+
+#include <gtest/gtest.h>
+#include <stdlib.h>
+#include <unistd.h>
+
+#include <cstdio>
+#include <fstream>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "TestXml.h"
+#include "XmlFileParser.h"
+#include "XmlNodeSink.h"
+#include "XmlPluginConstants.h"
+#include "host/Trace.h"
+
+using namespace XmlPlugin;
+
+namespace {
+
+// Runs each test in a fresh temporary directory, so that relative names can be used.
+class XmlCacheTest : public testing::Test {
+ protected:
+  void SetUp() override {
+    XmlCache::cleanup();
+    char pattern[] = "/tmp/xmlcachetestXXXXXX";
+    ASSERT_NE(mkdtemp(pattern), nullptr);
+    m_Directory = pattern;
+    char previous[4096];
+    ASSERT_NE(getcwd(previous, sizeof(previous)), nullptr);
+    m_Previous = previous;
+    ASSERT_EQ(chdir(m_Directory.c_str()), 0);
+  }
+  void TearDown() override {
+    XmlCache::cleanup();
+    EXPECT_EQ(chdir(m_Previous.c_str()), 0);
+    for (const std::string& name : m_Written) {
+      std::remove((m_Directory + "/" + name).c_str());
+    }
+    rmdir(m_Directory.c_str());
+  }
+
+  void write(const std::string& i_Name, const std::string& i_Xml) {
+    std::ofstream(i_Name) << i_Xml;
+    m_Written.push_back(i_Name);
+  }
+
+  // The root element's name, or a code.
+  static std::string rootOf(const char* i_Name) {
+    const Node* pTree = nullptr;
+    const TErrorCode result = XmlCache::get()->getXmlTree(String(i_Name), pTree);
+    if (result != 0) {
+      return std::to_string(result);
+    }
+    return pTree == nullptr ? "null" : pTree->m_Name.toNarrow();
+  }
+
+  static const Node* treeOf(const char* i_Name) {
+    const Node* pTree = nullptr;
+    XmlCache::get()->getXmlTree(String(i_Name), pTree);
+    return pTree;
+  }
+
+  std::string m_Directory;
+  std::string m_Previous;
+  std::vector<std::string> m_Written;
+};
+
+TEST_F(XmlCacheTest, LoadsEachNameOnce) {
+  write("a.xml", "<first/>");
+  const Node* pTree = treeOf("a.xml");
+  ASSERT_NE(pTree, nullptr);
+  write("a.xml", "<second/>");
+  EXPECT_EQ(treeOf("a.xml"), pTree);
+  EXPECT_EQ(rootOf("a.xml"), "first");
+  // Another spelling of the same path is another entry, read now.
+  EXPECT_NE(treeOf("./a.xml"), pTree);
+  EXPECT_EQ(rootOf("./a.xml"), "second");
+}
+
+TEST_F(XmlCacheTest, FailuresAreNotCached) {
+  EXPECT_EQ(rootOf("late.xml"), "-15103");
+  EXPECT_EQ(rootOf("late.xml"), "-15103");
+  write("late.xml", "<late/>");
+  EXPECT_EQ(rootOf("late.xml"), "late");
+
+  write("bad.xml", "<bad>");
+  EXPECT_EQ(rootOf("bad.xml"), "-15103");
+  write("bad.xml", "<good/>");
+  EXPECT_EQ(rootOf("bad.xml"), "good");
+}
+
+TEST_F(XmlCacheTest, RefusesDocumentsItMustNotRead) {
+  write("secret.txt", "SECRET");
+  write("entity.xml", "<!DOCTYPE d [<!ENTITY leak SYSTEM \"secret.txt\">]><d>&leak;</d>");
+  const Node* pTree = nullptr;
+  const TErrorCode result = XmlCache::get()->getXmlTree(String("entity.xml"), pTree);
+  if (result == 0) {
+    // Accepted only without reading the referenced file.
+    ASSERT_NE(pTree, nullptr);
+    EXPECT_EQ(elementText(pTree).toNarrow().find("SECRET"), std::string::npos);
+  } else {
+    EXPECT_EQ(result, -15103);
+  }
+  EXPECT_EQ(rootOf("."), "-15103");  // a directory is not a document
+}
+
+TEST_F(XmlCacheTest, CleanupDropsEveryTreeAndMayRepeat) {
+  write("c.xml", "<before/>");
+  EXPECT_EQ(rootOf("c.xml"), "before");
+  write("c.xml", "<after/>");
+  XmlCache::cleanup();
+  XmlCache::cleanup();
+  EXPECT_EQ(rootOf("c.xml"), "after");
+}
+
+TEST_F(XmlCacheTest, ParserReportsStatus) {
+  write("ok.xml", "<ok/>");
+  XmlNodeSink sink;
+  EXPECT_EQ(XmlFileParser(String("ok.xml"), sink).getStatus(), 0);
+  Node* pTree = sink.getRootNode();
+  ASSERT_NE(pTree, nullptr);
+  EXPECT_EQ(sink.getRootNode(), nullptr);  // handed over once
+  delete pTree;
+  EXPECT_EQ(XmlFileParser(String("none.xml"), sink).getStatus(), XmlFileParser::FILE_MISSING);
+  write("broken.xml", "<a><b></a>");
+  EXPECT_NE(XmlFileParser(String("broken.xml"), sink).getStatus(), 0);
+}
+
+// Collects the records of the plug-in's trace component while it lives.
+class TraceCollector {
+ public:
+  TraceCollector() : m_PreviousLevel(Tracer::getInstance(TRACE_COMPONENT).getLevel()) {
+    Tracer::setLevel(3);
+    Tracer::setListener([this](const TraceRecord& i_Record) {
+      if (i_Record.component == TRACE_COMPONENT) {
+        m_Records.push_back(std::to_string(i_Record.level) + " " + i_Record.function + ": " +
+                            String(i_Record.text).toNarrow());
+      }
+    });
+  }
+  ~TraceCollector() {
+    Tracer::setListener(Tracer::Listener());
+    Tracer::setLevel(m_PreviousLevel);
+  }
+
+  std::vector<std::string> m_Records;
+
+ private:
+  int m_PreviousLevel;
+};
+
+TEST_F(XmlCacheTest, SinkTracesTheReaderMessages) {
+  TraceCollector collector;
+  XmlNodeSink sink;
+  EXPECT_EQ(sink.onWarning(String("odd"), 3), 0);
+  EXPECT_EQ(sink.onError(String("bad"), 4), 0);
+  EXPECT_EQ(sink.onCriticalError(String("fatal"), 5), 0);
+  const std::vector<std::string> expected = {
+      "2 XmlNodeSink::onWarning: Warning parsing XML file at line 3 message is: odd",
+      "1 XmlNodeSink::onError: Error parsing XML file at line 4 message is: bad",
+      "1 XmlNodeSink::onCriticalError: Critical error parsing XML file at line 5 message is: "
+      "fatal",
+  };
+  EXPECT_EQ(collector.m_Records, expected);
+}
+
+TEST_F(XmlCacheTest, BrokenFileIsTracedWithItsLine) {
+  write("broken.xml", "<a>\n<b>\n</a>");
+  TraceCollector collector;
+  EXPECT_EQ(rootOf("broken.xml"), "-15103");
+  ASSERT_FALSE(collector.m_Records.empty());
+  EXPECT_NE(collector.m_Records.front().find("rror parsing XML file at line 3 message is: "),
+            std::string::npos)
+      << collector.m_Records.front();
+}
+
+TEST_F(XmlCacheTest, SinkKeepsOnlyTheLastTree) {
+  XmlNodeSink sink;
+  sink.onNodeTree(new Node(ElementNode, String("first"), 0, nullptr, nullptr));
+  sink.onNodeTree(new Node(ElementNode, String("second"), 0, nullptr, nullptr));
+  std::unique_ptr<Node> tree(sink.getRootNode());
+  ASSERT_NE(tree, nullptr);
+  EXPECT_EQ(tree->m_Name.toNarrow(), "second");
+  sink.onNodeTree(new Node(ElementNode, String("dropped"), 0, nullptr, nullptr));
+}
+
+}  // namespace

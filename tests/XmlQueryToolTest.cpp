@@ -1,0 +1,190 @@
+// xmlquery end to end: the tool loads the built plug-in with dlopen and is run as a
+// subprocess, single-shot and in batch mode.
+#include <gtest/gtest.h>
+#include <unistd.h>
+
+#include <chrono>
+#include <cstdio>
+#include <fstream>
+#include <sstream>
+#include <string>
+#include <thread>
+#include <vector>
+
+#include "CommandRunner.h"
+#include "TestXml.h"
+
+namespace {
+
+const std::string FRAME_DATA = TEST_DATA_DIR "/frame/";
+const std::string TWINS = FRAME_DATA + "twins.xml";
+
+TestCommand::Outcome xmlquery(const std::vector<std::string>& i_Arguments,
+                              const std::string& i_Input = "") {
+  return TestCommand::run(XMLQUERY_PATH, i_Arguments, i_Input);
+}
+
+std::string join(const std::vector<std::string>& i_Arguments) {
+  std::string text;
+  for (const std::string& argument : i_Arguments) {
+    text += argument + " ";
+  }
+  return text;
+}
+
+struct Row {
+  std::vector<std::string> m_Arguments;
+  int m_Exit;
+  std::string m_Out;  // exact standard output
+  std::string m_Err;  // expected at the start of standard error
+};
+
+void expectRows(const std::vector<Row>& i_Rows) {
+  for (const Row& row : i_Rows) {
+    const TestCommand::Outcome outcome = xmlquery(row.m_Arguments);
+    EXPECT_EQ(outcome.m_Exit, row.m_Exit) << join(row.m_Arguments) << "\n" << outcome.m_Err;
+    EXPECT_EQ(outcome.m_Out, row.m_Out) << join(row.m_Arguments);
+    EXPECT_EQ(outcome.m_Err.substr(0, row.m_Err.size()), row.m_Err) << join(row.m_Arguments);
+  }
+}
+
+TEST(XmlQueryToolTest, UsageErrors) {
+  const TestCommand::Outcome help = xmlquery({"--help"});
+  EXPECT_EQ(help.m_Exit, 0);
+  EXPECT_EQ(help.m_Out.rfind("usage: xmlquery", 0), 0u) << help.m_Out;
+  expectRows({
+      {{}, 2, "", "xmlquery: expected FILE and XPATH"},
+      {{TWINS}, 2, "", "xmlquery: expected FILE and XPATH"},
+      {{"--trace", "4", TWINS, "/a"}, 2, "", "xmlquery: --trace needs a level"},
+      {{TWINS, "/a", "--trace"}, 2, "", "xmlquery: --trace needs a level"},
+      {{"--frobnicate", TWINS, "/a"}, 2, "", "xmlquery: unknown option --frobnicate"},
+      {{"--batch", "a", "b"}, 2, "", "xmlquery: --batch takes at most one input file"},
+      {{"--batch", "--scalar"}, 2, "", "xmlquery: --batch takes its options"},
+      {{"--batch", "/nonexistent/requests.jsonl"}, 2, "", "xmlquery: cannot read"},
+      {{"--plugin", "/nonexistent/libXmlPlugin.so", TWINS, "/a"},
+       1,
+       "",
+       "xmlquery: cannot load the plug-in"},
+  });
+}
+
+TEST(XmlQueryToolTest, SingleQueries) {
+  expectRows({
+      {{TWINS, "/root/item"}, 0, "same\nsame\n", ""},
+      {{"--scalar", TWINS, "/root/single"}, 0, "only\n", ""},
+      {{"--scalar", TWINS, "count(/root/item)"}, 0, "2\n", ""},
+      {{TWINS, "/root/none"}, 0, "", ""},
+      {{"--scalar", "--must-exist", TWINS, "/root/single"}, 0, "only\n", ""},
+      {{"--json", "--scalar", TWINS, "/root/single"}, 0, "{\"code\":0,\"value\":\"only\"}\n", ""},
+      {{"--json", TWINS, "/root/item"}, 0, "{\"code\":0,\"values\":[\"same\",\"same\"]}\n", ""},
+      {{FRAME_DATA + "unicode.xml", "/text"},
+       0,
+       "h\xc3\xa9llo \xe2\x82\xac \xf0\x9f\x98\x80\n",
+       ""},
+      {{"--scalar", TWINS, "/root/item"},
+       1,
+       "",
+       "error -15003 XML_PLUGIN_ERROR_XPATH_DOES_NOT_MATCH_ONE_VALUE\n"},
+      {{"--must-exist", TWINS, "/root/none"},
+       1,
+       "",
+       "error -15002 XML_PLUGIN_ERROR_XPATH_DOES_NOT_EXIST\n"},
+      {{FRAME_DATA + "missing.xml", "/a"},
+       1,
+       "",
+       "error -15103 XML_PLUGIN_ERROR_UNABLE_TO_PARSE_XML_FILE\n"},
+      {{FRAME_DATA + "broken.xml", "/root"},
+       1,
+       "",
+       "error -15103 XML_PLUGIN_ERROR_UNABLE_TO_PARSE_XML_FILE\n"},
+      {{"--json", FRAME_DATA + "missing.xml", "/a"},
+       1,
+       "{\"code\":-15103,\"values\":[]}\n",
+       "error -15103 XML_PLUGIN_ERROR_UNABLE_TO_PARSE_XML_FILE\n"},
+      {{TWINS, "/root/("}, 1, "", "error -15105 XML_PLUGIN_ERROR_XPATH_WRONG_EXPRESSION\n"},
+      {{"--", TWINS, "-1"}, 0, "-1\n", ""},
+  });
+}
+
+TEST(XmlQueryToolTest, ExternalEntityIsNotRead) {
+  const TestCommand::Outcome outcome = xmlquery({FRAME_DATA + "external-entity.xml", "/doc"});
+  EXPECT_EQ(outcome.m_Out.find("SECRET"), std::string::npos) << outcome.m_Out;
+  if (outcome.m_Exit != 0) {
+    EXPECT_EQ(outcome.m_Err, "error -15103 XML_PLUGIN_ERROR_UNABLE_TO_PARSE_XML_FILE\n");
+  }
+}
+
+TEST(XmlQueryToolTest, BatchAnswersEveryLineInOrder) {
+  const std::string twins = "\"file\": \"" + TWINS + "\"";
+  const std::vector<std::pair<std::string, std::string>> rows = {
+      {"{\"type\": \"XmlValue\"}", "{\"code\":-15000,\"value\":\"\"}"},
+      {"{\"type\": \"XmlValues\", " + twins + "}", "{\"code\":-15001,\"values\":[]}"},
+      {"{\"type\": \"XmlValue\", \"file\": \"/nonexistent/x.xml\", \"xpath\": \"/a\"}",
+       "{\"code\":-15103,\"value\":\"\"}"},
+      {"{\"type\": \"xmlvalue\", " + twins + ", \"xpath\": \"/root\"}", "{\"code\":-10008}"},
+      {"{\"file\": \"x.xml\"}", "{\"code\":-101}"},
+      {"{\"type\": \"XmlValues\", " + twins + ", \"xpath\": \"/root/item\"}",
+       "{\"code\":0,\"values\":[\"same\",\"same\"]}"},
+      {"{\"type\": \"XmlValue\", " + twins + ", \"xpath\": \"/root/item\"}",
+       "{\"code\":-15003,\"value\":\"\"}"},
+      {"{\"type\": \"XmlValue\", " + twins +
+           ", \"xpath\": \"/root/none\", \"mustExist\": \"true\"}",
+       "{\"code\":-15002,\"value\":\"\"}"},
+      {"{\"type\": \"XmlValue\", " + twins + ", \"xpath\": \"/root/none\", \"mustExist\": \"yes\"}",
+       "{\"code\":0,\"value\":\"\"}"},
+      {"{\"type\": \"XmlValue\", \"file\": \"" + FRAME_DATA +
+           "unicode.xml\", \"xpath\": \"/text\"}",
+       "{\"code\":0,\"value\":\"h\xc3\xa9llo \xe2\x82\xac \xf0\x9f\x98\x80\"}"},
+      {"not json", "{\"error\":\"request is not valid JSON\"}"},
+      {"[\"XmlValue\"]", "{\"error\":\"request is not a JSON object\"}"},
+      {"{\"type\": 1}", "{\"error\":\"member \\\"type\\\" is not a string\"}"},
+      {"{\"type\": \"XmlValue\", \"xpath\": null}",
+       "{\"error\":\"member \\\"xpath\\\" is not a string\"}"},
+      {"{\"type\": \"XmlValue\", " + twins + ", \"xpath\": \"1 = 1\"}",
+       "{\"code\":0,\"value\":\"true\"}"},
+  };
+  std::string input = "\n";  // blank lines are not requests
+  std::string expected;
+  for (const auto& row : rows) {
+    input += row.first + "\n";
+    expected += row.second + "\n";
+  }
+  const TestCommand::Outcome outcome = xmlquery({"--batch"}, input);
+  EXPECT_EQ(outcome.m_Exit, 0) << outcome.m_Err;
+  std::istringstream actualLines(outcome.m_Out);
+  std::string actual;
+  for (const auto& row : rows) {
+    std::getline(actualLines, actual);
+    EXPECT_EQ(actual, row.second) << row.first;
+  }
+  EXPECT_EQ(outcome.m_Out, expected);
+}
+
+// Writes one request at a time and waits for its answer, so the document can be changed
+// between two requests: the plug-in keeps the tree it loaded first.
+TEST(XmlQueryToolTest, BatchFlushesEachAnswerAndKeepsItsCache) {
+  TestXml::TempFile document("<a><b>before</b></a>");
+  TestXml::TempFile output("", ".out");
+  const std::string command =
+      TestCommand::quote(XMLQUERY_PATH) + " --batch >" + TestCommand::quote(output.path());
+  FILE* pRequests = popen(command.c_str(), "w");
+  ASSERT_NE(pRequests, nullptr);
+  const std::string request =
+      "{\"type\": \"XmlValue\", \"file\": \"" + document.path() + "\", \"xpath\": \"/a/b\"}\n";
+  const auto answers = [&output]() {
+    std::ostringstream text;
+    text << std::ifstream(output.path()).rdbuf();
+    return text.str();
+  };
+  fputs(request.c_str(), pRequests);
+  fflush(pRequests);
+  for (int wait = 0; wait < 200 && answers().empty(); ++wait) {
+    std::this_thread::sleep_for(std::chrono::milliseconds(50));
+  }
+  std::ofstream(document.path()) << "<a><b>after</b></a>";
+  fputs(request.c_str(), pRequests);
+  EXPECT_EQ(pclose(pRequests), 0);
+  EXPECT_EQ(answers(), "{\"code\":0,\"value\":\"before\"}\n{\"code\":0,\"value\":\"before\"}\n");
+}
+
+}  // namespace
