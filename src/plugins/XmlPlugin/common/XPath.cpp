@@ -1,15 +1,457 @@
+// Location-path evaluation.
+//
+// A node is tried against step k; when it matches, the nodes that the next step's axis
+// reaches (its element children for the child axis) are tried against step k + 1, and a node
+// that matches the step before the leaf hands itself to the leaf, which makes the items.
+// A step marked "//" (or reached with deep search on) is also tried on every descendant,
+// each carrying its own predicate verdict. Each step of the current path is built once and
+// serves every node. The items of all paths are sorted by document order at the end, and
+// of the items sharing a number only the first made survives.
 #include "XPath.h"
+
+#include <algorithm>
+#include <list>
+
+#include "XmlPluginConstants.h"
+#include "host/Trace.h"
+#include "host/WideChar.h"
 
 namespace XmlPlugin {
 
-XPath::XPath(const String& i_XPath) : m_XPath(i_XPath) {}
+namespace {
+
+struct WideBufferFree {
+  void operator()(wchar_t* i_pBuffer) const { i_free(i_pBuffer); }
+};
+
+class NestingGuard {
+ public:
+  explicit NestingGuard(unsigned int& io_Nesting) : m_Nesting(io_Nesting) { ++m_Nesting; }
+  ~NestingGuard() { --m_Nesting; }
+  NestingGuard(const NestingGuard&) = delete;
+  NestingGuard& operator=(const NestingGuard&) = delete;
+
+ private:
+  unsigned int& m_Nesting;
+};
+
+// Sorts by ascending number; of the items sharing a number the first in the vector stays.
+void sortByDocumentOrder(XPathOutputElements& io_Items) {
+  std::stable_sort(io_Items.begin(), io_Items.end(), cmp());
+  XPathOutputElements::iterator kept = io_Items.begin();
+  for (XPathOutputElement* pItem : io_Items) {
+    if (kept != io_Items.begin() && (*(kept - 1))->m_Index == pItem->m_Index) {
+      delete pItem;
+    } else {
+      *kept++ = pItem;
+    }
+  }
+  io_Items.erase(kept, io_Items.end());
+}
+
+// The position of i_pChild among all children of i_pParent, whatever their kind.
+size_t childPosition(const Node* i_pParent, const Node* i_pChild) {
+  const NodeList* pChildren = nullptr;
+  i_pParent->getChildren(&pChildren);
+  size_t position = 0;
+  if (pChildren != nullptr) {
+    while (position < pChildren->size() && (*pChildren)[position] != i_pChild) {
+      ++position;
+    }
+  }
+  return position;
+}
+
+bool outputsAfterMatch(StepAxis i_Axis, bool i_absoluteDeepSearch) {
+  switch (i_Axis) {
+    case child:
+    case self:
+    case descendant:
+    case descendant_or_self:
+      return true;
+    case following:
+    case preceding:
+      return i_absoluteDeepSearch;
+    default:
+      return false;
+  }
+}
+
+}  // namespace
+
+XPath::XPath(const String& i_XPath) : m_XPath(i_XPath) {
+  Trace trace(Tracer::getInstance(TRACE_COMPONENT), "XPath::XPath");
+  HOST_TRACE(trace, 3) << "XPath query = " << m_XPath;
+}
 
 XPath::~XPath() {}
 
+TErrorCode XPath::splitXPath() {
+  Trace trace(Tracer::getInstance(TRACE_COMPONENT), "XPath::splitXPath");
+  HOST_TRACE(trace, 3) << " XPath::splitXPath()";
+  std::unique_ptr<wchar_t, WideBufferFree> pBuffer(i_wcsdup(m_XPath.c_str()));
+  if (!pBuffer) {
+    return XPATH_SPLIT_ERROR;
+  }
+  wchar_t* pState = nullptr;
+  for (const wchar_t* pPiece = i_wcstok(pBuffer.get(), L"|", &pState); pPiece != nullptr;
+       pPiece = i_wcstok(nullptr, L"|", &pState)) {
+    String path(pPiece);
+    path.trim();
+    if (path.startsWith(String(L"/")) && path.charAt(1) != L'/') {
+      path = path.substring(1);
+    }
+    const bool deep = path.startsWith(String(L"//"));
+    if (deep) {
+      path = path.substring(2);
+    }
+    if (!path.endsWith(String(L"text()")) && !endsWithAttribute(path)) {
+      path.concat(L"/endfunction()");
+    }
+    const unsigned int stepCount = m_XPathParser.getStepCount(path);
+    HOST_TRACE(trace, 3) << " m_XPathParser.getStepCount = " << stepCount;
+    m_StepCounts.push_back(stepCount);
+    m_XPaths.push_back(deep ? String(L"//").concat(path) : path);
+  }
+  return m_XPaths.size() == m_StepCounts.size() ? 0 : XPATH_SPLIT_ERROR;
+}
+
+bool XPath::endsWithAttribute(const String& i_Path) {
+  std::unique_ptr<XPathStep> pLast;
+  m_XPathParser.getStep(i_Path, m_XPathParser.getStepCount(i_Path), pLast);
+  return pLast && pLast->getAxis() == attribute;
+}
+
 TErrorCode XPath::getValues(XPathOutputElements& o_Output, Node* i_Root) {
-  (void)o_Output;
-  (void)i_Root;
-  return 0;
+  Trace trace(Tracer::getInstance(TRACE_COMPONENT), "XPath::getValues");
+  TErrorCode result = splitXPath();
+  if (result != 0) {
+    HOST_TRACE(trace, 1) << "Error while splitting xpath";
+    return result;
+  }
+  if (i_Root == nullptr) {
+    HOST_TRACE(trace, 2) << "No nodes available for the XML file ";
+    return 0;
+  }
+  HOST_TRACE(trace, 3) << "Evaluating the xpath [" << m_XPath << "] for the XML file ";
+  deleteOutputElements(o_Output);
+  {
+    XPathOutputCollector collector(o_Output);
+    while (result == 0 && m_CurrentXPath < m_XPaths.size()) {
+      result = evaluatePath(i_Root, collector);
+      ++m_CurrentXPath;
+    }
+  }
+  sortByDocumentOrder(o_Output);
+  if (result != 0) {
+    deleteOutputElements(o_Output);
+  }
+  return result;
+}
+
+TErrorCode XPath::evaluatePath(Node* i_Root, XPathOutputCollector& io_Output) {
+  m_Steps.clear();
+  TErrorCode result = 0;
+  const XPathStep* pFirst = getStep(0, result);
+  if (pFirst == nullptr) {
+    // Deliberately this code, whatever stopped the first step from being built.
+    return XML_PLUGIN_ERROR_XPATH_ARGUMENTS_TYPE_ERROR;
+  }
+  std::vector<MarkedNode> marked;
+  pFirst->markFilteredNodes(std::list<Node*>(1, i_Root), marked);
+  return evaluateStep(marked.front(), 0, io_Output, false);
+}
+
+const XPathStep* XPath::getStep(unsigned int i_Index, TErrorCode& o_Result) {
+  if (i_Index >= m_Steps.size()) {
+    m_Steps.resize(i_Index + 1);
+  }
+  BuiltStep& built = m_Steps[i_Index];
+  if (!built.m_Built) {
+    built.m_Result = m_XPathParser.getStep(m_XPaths[m_CurrentXPath], i_Index, built.m_Step);
+    built.m_Built = true;
+  }
+  o_Result = built.m_Result;
+  return built.m_Step.get();
+}
+
+unsigned int XPath::maxPosition() const {
+  return m_StepCounts[m_CurrentXPath];
+}
+
+TErrorCode XPath::evaluateStep(MarkedNode i_Node, unsigned int i_StepPosition,
+                               XPathOutputCollector& io_Output, bool i_absoluteDeepSearch) {
+  // The leaf is never tried here: the step before it hands its node to the leaf directly.
+  if (i_Node.m_Node == nullptr || i_StepPosition >= maxPosition()) {
+    return 0;
+  }
+  if (m_Nesting >= XPATH_MAX_STEP_NESTING) {
+    Trace trace(Tracer::getInstance(TRACE_COMPONENT), "XPath::evaluateStep");
+    HOST_TRACE(trace, 1) << "Path nested too deeply: " << m_Nesting;
+    return XML_PLUGIN_ERROR_XPATH_UNABLE_TO_EVAL_EXPRESSION;
+  }
+  NestingGuard guard(m_Nesting);
+  TErrorCode result = 0;
+  const XPathStep* pStep = getStep(i_StepPosition, result);
+  if (pStep == nullptr) {
+    return result;
+  }
+  unsigned int position = i_StepPosition;
+  if (pStep->stepMatching(i_Node.m_Node) != 0) {
+    result = evaluateMatch(i_Node, *pStep, position, io_Output, i_absoluteDeepSearch);
+  }
+  if (pStep->isAbsoluteDeepSearch() || i_absoluteDeepSearch) {
+    result = searchInDepth(i_Node.m_Node, *pStep, position, io_Output, i_absoluteDeepSearch);
+  }
+  return result;
+}
+
+TErrorCode XPath::evaluateMatch(MarkedNode i_Node, const XPathStep& i_Step,
+                                unsigned int& io_Position, XPathOutputCollector& io_Output,
+                                bool i_absoluteDeepSearch) {
+  TErrorCode nextResult = 0;
+  const XPathStep* pNext = getStep(io_Position + 1, nextResult);
+  if (pNext != nullptr && !i_Node.m_Marked) {
+    if (dispatchAxis(i_Node, pNext->getAxis(), io_Position + 1, io_Output)) {
+      if (pNext->getAxis() == self) {
+        ++io_Position;
+      }
+    } else if (pNext->getStepType() == leaf &&
+               outputsAfterMatch(i_Step.getAxis(), i_absoluteDeepSearch) &&
+               prevPredicateCheck(io_Position, i_Node) != 0) {
+      return evaluateLeaf(i_Node.m_Node, i_Step, *pNext, io_Output);
+    }
+  }
+  return evaluateChildren(i_Node.m_Node, i_Step, pNext, io_Position, io_Output);
+}
+
+bool XPath::dispatchAxis(MarkedNode i_Node, StepAxis i_Axis, unsigned int i_StepPosition,
+                         XPathOutputCollector& io_Output) {
+  switch (i_Axis) {
+    case ancestor:
+    case ancestor_or_self:
+    case parent:
+      ancestorStep(i_Node, i_StepPosition, io_Output);
+      return true;
+    case following_sibling:
+    case preceding_sibling:
+      siblingsStep(i_Node, i_StepPosition, io_Output);
+      return true;
+    case following:
+    case preceding:
+      followprescStep(i_Node, i_StepPosition, io_Output);
+      return true;
+    case descendant:
+    case descendant_or_self:
+      descendantStep(i_Node, i_StepPosition, io_Output);
+      return true;
+    case self:
+      selfStep(i_Node, i_StepPosition, io_Output);
+      return true;
+    case attribute:
+    case child:
+      return false;
+  }
+  return false;
+}
+
+TErrorCode XPath::evaluateLeaf(Node* i_Node, const XPathStep& i_Step, const XPathStep& i_Leaf,
+                               XPathOutputCollector& io_Output) {
+  Trace trace(Tracer::getInstance(TRACE_COMPONENT), "XPath::evaluateStep");
+  HOST_TRACE(trace, 3) << "Node match. EvaluateNode";
+  const TErrorCode result = i_Leaf.evaluateNode(i_Node, io_Output);
+  HOST_TRACE(trace, 3) << "Evaluate result = " << result;
+  if (result == XML_PLUGIN_ERROR_XPATH_NOT_FOUND) {
+    HOST_TRACE(trace, 3) << "Node [" << i_Step.getName() << "/" << i_Leaf.getName()
+                         << "] has no value ";
+    return 0;
+  }
+  if (result != 0) {
+    HOST_TRACE(trace, 1) << "Unable to evaluate node [" << i_Step.getName() << "/"
+                         << i_Leaf.getName() << "] (err=" << result << ")";
+  }
+  return result;
+}
+
+TErrorCode XPath::evaluateChildren(Node* i_Node, const XPathStep& i_Step, const XPathStep* i_pNext,
+                                   unsigned int i_Position, XPathOutputCollector& io_Output) {
+  std::list<Node*> children;
+  TErrorCode result = XPathStep::getChildrenXmlNodes(i_Node, children);
+  if (result != 0) {
+    Trace trace(Tracer::getInstance(TRACE_COMPONENT), "XPath::evaluateStep");
+    HOST_TRACE(trace, 1) << "Unable to get descendants from node [" << i_Step.getName() << "]";
+    return result;
+  }
+  if (i_pNext != nullptr) {
+    i_pNext->filterNodes(children);
+  }
+  for (std::list<Node*>::const_iterator it = children.begin(); it != children.end() && result == 0;
+       ++it) {
+    result = evaluateStep(MarkedNode{*it, false}, i_Position + 1, io_Output, false);
+  }
+  return result;
+}
+
+TErrorCode XPath::searchInDepth(Node* i_Node, const XPathStep& i_Step, unsigned int i_Position,
+                                XPathOutputCollector& io_Output, bool i_absoluteDeepSearch) {
+  std::list<Node*> children;
+  XPathStep::getChildrenXmlNodes(i_Node, children);
+  std::vector<MarkedNode> marked;
+  TErrorCode result = i_Step.markFilteredNodes(children, marked);
+  for (const MarkedNode& candidate : marked) {
+    if (candidate.m_Marked) {
+      m_MarkedNodes.insert(candidate.m_Node);
+    }
+  }
+  for (size_t i = 0; i < marked.size() && result == 0; ++i) {
+    result = evaluateStep(marked[i], i_Position, io_Output, i_absoluteDeepSearch);
+  }
+  return result;
+}
+
+void XPath::continueAxis(const MarkedNode& i_Node, Node* i_pReached, Node* i_pEvaluated,
+                         unsigned int i_StepPosition, XPathOutputCollector& io_Output,
+                         bool i_absoluteDeepSearch) {
+  TErrorCode result = 0;
+  const XPathStep* pNext = getStep(i_StepPosition + 1, result);
+  if (pNext != nullptr && pNext->getStepType() == leaf && !i_Node.m_Marked) {
+    pNext->evaluateNode(i_pReached, io_Output);
+  } else {
+    evaluateStep(MarkedNode{i_pEvaluated, false}, i_StepPosition, io_Output, i_absoluteDeepSearch);
+  }
+}
+
+void XPath::ancestorStep(MarkedNode& i_Node, unsigned int i_StepPosition,
+                         XPathOutputCollector& io_Output) {
+  TErrorCode result = 0;
+  const XPathStep* pStep = getStep(i_StepPosition, result);
+  if (pStep == nullptr) {
+    return;
+  }
+  const StepAxis axis = pStep->getAxis();
+  // Unlike the name test of the other axes, "node()" is no wildcard here.
+  const bool anyName = pStep->getName().compareTo(L"*") == 0;
+  for (Node* pCurrent = axis == ancestor_or_self ? i_Node.m_Node : i_Node.m_Node->getParent();
+       pCurrent != nullptr; pCurrent = pCurrent->getParent()) {
+    if (anyName || pStep->getName() == pCurrent->m_Name) {
+      continueAxis(i_Node, pCurrent, pCurrent, i_StepPosition, io_Output, false);
+    }
+    if (axis == parent) {
+      break;
+    }
+  }
+}
+
+void XPath::siblingsStep(MarkedNode& i_Node, unsigned int i_StepPosition,
+                         XPathOutputCollector& io_Output) {
+  Node* pParent = i_Node.m_Node->getParent();
+  TErrorCode result = 0;
+  const XPathStep* pStep = pParent != nullptr ? getStep(i_StepPosition, result) : nullptr;
+  if (pStep == nullptr) {
+    return;
+  }
+  const StepAxis axis = pStep->getAxis();
+  const bool forward = axis == following_sibling || axis == following;
+  const bool deep = axis == following || axis == preceding;
+  std::list<Node*> children;
+  XPathStep::getChildrenXmlNodes(pParent, children);
+  bool passed = false;
+  for (Node* pChild : children) {
+    if (pChild == i_Node.m_Node) {
+      passed = true;
+    } else if (passed == forward) {
+      // Deliberately evaluates the parent, not the sibling, when the path goes on: that
+      // decides which nodes the later steps reach.
+      continueAxis(i_Node, pChild, pParent, i_StepPosition, io_Output, deep);
+    }
+  }
+}
+
+void XPath::followprescStep(MarkedNode& i_Node, unsigned int i_StepPosition,
+                            XPathOutputCollector& io_Output) {
+  Node* pParent = i_Node.m_Node->getParent();
+  TErrorCode result = 0;
+  const XPathStep* pStep = pParent != nullptr ? getStep(i_StepPosition, result) : nullptr;
+  if (pStep == nullptr) {
+    return;
+  }
+  const bool forward = pStep->getAxis() == following;
+  std::list<Node*> children;
+  XPathStep::getChildrenXmlNodes(pParent, children);
+  bool found = false;
+  for (Node* pChild : children) {
+    if (pChild == i_Node.m_Node) {
+      found = true;
+    } else if (found == forward) {
+      evaluateStep(MarkedNode{pChild, false}, i_StepPosition, io_Output, true);
+    }
+  }
+  if (!found) {
+    return;
+  }
+  // Deliberately reaches the node's own siblings and the topmost element's later (earlier)
+  // branches, but not the siblings of the ancestors in between.
+  Node* pBranch = i_Node.m_Node;
+  Node* pTop = pParent;
+  while (pTop->getParent() != nullptr) {
+    pBranch = pTop;
+    pTop = pTop->getParent();
+  }
+  const size_t branchPosition = childPosition(pTop, pBranch);
+  const NodeList* pTopChildren = nullptr;
+  pTop->getChildren(&pTopChildren);
+  if (pTopChildren == nullptr) {
+    return;
+  }
+  for (size_t position = 0; position < pTopChildren->size(); ++position) {
+    Node* pChild = (*pTopChildren)[position];
+    const bool beyond = forward ? position > branchPosition : position < branchPosition;
+    if (pChild->getType() != TextNode && beyond) {
+      evaluateStep(MarkedNode{pChild, false}, i_StepPosition, io_Output, true);
+    }
+  }
+}
+
+void XPath::descendantStep(MarkedNode& i_Node, unsigned int i_StepPosition,
+                           XPathOutputCollector& io_Output) {
+  TErrorCode result = 0;
+  const XPathStep* pStep = getStep(i_StepPosition, result);
+  if (pStep == nullptr) {
+    return;
+  }
+  if (pStep->getAxis() == descendant_or_self) {
+    evaluateStep(i_Node, i_StepPosition, io_Output, true);
+    return;
+  }
+  // Every child, deliberately not only the elements.
+  const NodeList* pChildren = nullptr;
+  if (i_Node.m_Node->getChildren(&pChildren) != 0 || pChildren == nullptr) {
+    return;
+  }
+  for (Node* pChild : *pChildren) {
+    evaluateStep(MarkedNode{pChild, false}, i_StepPosition, io_Output, true);
+  }
+}
+
+void XPath::selfStep(MarkedNode& i_Node, unsigned int i_StepPosition,
+                     XPathOutputCollector& io_Output) {
+  evaluateStep(i_Node, i_StepPosition, io_Output, false);
+}
+
+int XPath::prevPredicateCheck(unsigned int i_StepPosition, MarkedNode i_Node) {
+  TErrorCode result = 0;
+  const XPathStep* pStep = getStep(i_StepPosition, result);
+  // The earlier steps need no check of their own: the first one was built, or evaluation
+  // would not have started.
+  return pStep != nullptr && !pStep->isAbsoluteDeepSearch() && i_StepPosition > 0 &&
+                 isParentNodeMarked(i_Node) != 0
+             ? 0
+             : 1;
+}
+
+int XPath::isParentNodeMarked(MarkedNode i_Node) const {
+  const Node* pParent = i_Node.m_Node->getParent();
+  return pParent != nullptr && m_MarkedNodes.count(pParent) != 0 ? 1 : 0;
 }
 
 }  // namespace XmlPlugin

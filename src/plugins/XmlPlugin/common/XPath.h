@@ -1,12 +1,26 @@
 // Evaluates a location-path operand (one or more paths joined by "|") over a tree.
 #pragma once
 
+#include <memory>
+#include <unordered_set>
+#include <vector>
+
 #include "XPathOutputElement.h"
+#include "XPathParser.h"
+#include "XPathStep.h"
 #include "host/Node.h"
 #include "host/String.h"
 #include "host/Types.h"
 
 namespace XmlPlugin {
+
+// How deeply evaluateStep may nest within one evaluation: twice the reader's deepest
+// document, so that a path may climb to the top of such a document and search all the way
+// down again.
+const unsigned int XPATH_MAX_STEP_NESTING = 4096;
+
+// splitXPath's code when the prepared paths and their step counts disagree.
+const TErrorCode XPATH_SPLIT_ERROR = -260;
 
 class XPath {
  public:
@@ -17,11 +31,81 @@ class XPath {
 
   // Fills o_Output (which owns its items) with the matching items, sorted by document
   // order without duplicates. A null root gives 0 and leaves o_Output untouched.
+  // i_Root must itself pass the first step of each path. On failure o_Output is empty.
   // Supported once per object.
   TErrorCode getValues(XPathOutputElements& o_Output, Node* i_Root);
 
+  // Cuts the operand at "|" and prepares each path: a single leading "/" is dropped (the
+  // caller chooses the start node), a leading "//" is kept, and "/endfunction()" is
+  // appended unless the path ends with "text()" or an attribute step, so that every path
+  // that ends on an element ends in a leaf step that outputs the element.
+  TErrorCode splitXPath();
+  const std::vector<String>& getPaths() const { return m_XPaths; }
+  const std::vector<unsigned int>& getStepCounts() const { return m_StepCounts; }
+
+  // True when the last step of the path is an attribute step.
+  bool endsWithAttribute(const String& i_Path);
+
  private:
+  // Steps of the path under evaluation, each built on first use and kept with its code.
+  struct BuiltStep {
+    std::unique_ptr<XPathStep> m_Step;
+    TErrorCode m_Result = 0;
+    bool m_Built = false;
+  };
+
+  TErrorCode evaluatePath(Node* i_Root, XPathOutputCollector& io_Output);
+  // Step i_Index of the current path, or null with the code of its building.
+  const XPathStep* getStep(unsigned int i_Index, TErrorCode& o_Result);
+  // The index of the current path's leaf step.
+  unsigned int maxPosition() const;
+
+  // Tries a node against step i_StepPosition and, when it matches, hands it on to the next
+  // step (by its axis, to the leaf for output, or through its children). With deep search
+  // the step is also tried on every descendant. Frames of this recursion stay small: a
+  // document as deep as the reader allows is searched on the default stack.
+  TErrorCode evaluateStep(MarkedNode i_Node, unsigned int i_StepPosition,
+                          XPathOutputCollector& io_Output, bool i_absoluteDeepSearch);
+  TErrorCode evaluateMatch(MarkedNode i_Node, const XPathStep& i_Step, unsigned int& io_Position,
+                           XPathOutputCollector& io_Output, bool i_absoluteDeepSearch);
+  // Runs the operation of an axis other than child and attribute; false for those two.
+  bool dispatchAxis(MarkedNode i_Node, StepAxis i_Axis, unsigned int i_StepPosition,
+                    XPathOutputCollector& io_Output);
+  TErrorCode evaluateLeaf(Node* i_Node, const XPathStep& i_Step, const XPathStep& i_Leaf,
+                          XPathOutputCollector& io_Output);
+  TErrorCode evaluateChildren(Node* i_Node, const XPathStep& i_Step, const XPathStep* i_pNext,
+                              unsigned int i_Position, XPathOutputCollector& io_Output);
+  TErrorCode searchInDepth(Node* i_Node, const XPathStep& i_Step, unsigned int i_Position,
+                           XPathOutputCollector& io_Output, bool i_absoluteDeepSearch);
+  // Hands a node that an axis reached on: straight to the leaf when the next step is the
+  // leaf and the incoming node is unmarked, else i_pEvaluated to evaluateStep.
+  void continueAxis(const MarkedNode& i_Node, Node* i_pReached, Node* i_pEvaluated,
+                    unsigned int i_StepPosition, XPathOutputCollector& io_Output,
+                    bool i_absoluteDeepSearch);
+
+  void ancestorStep(MarkedNode& i_Node, unsigned int i_StepPosition,
+                    XPathOutputCollector& io_Output);
+  void siblingsStep(MarkedNode& i_Node, unsigned int i_StepPosition,
+                    XPathOutputCollector& io_Output);
+  void followprescStep(MarkedNode& i_Node, unsigned int i_StepPosition,
+                       XPathOutputCollector& io_Output);
+  void descendantStep(MarkedNode& i_Node, unsigned int i_StepPosition,
+                      XPathOutputCollector& io_Output);
+  void selfStep(MarkedNode& i_Node, unsigned int i_StepPosition, XPathOutputCollector& io_Output);
+
+  // 0 when the node's parent was excluded by a predicate of an earlier step, else 1.
+  int prevPredicateCheck(unsigned int i_StepPosition, MarkedNode i_Node);
+  int isParentNodeMarked(MarkedNode i_Node) const;
+
   String m_XPath;
+  std::vector<unsigned int> m_StepCounts;  // per prepared path: the index of its leaf step
+  std::vector<String> m_XPaths;            // the prepared paths
+  unsigned int m_CurrentXPath = 0;
+  // Every node that a predicate excluded while searching in depth; never emptied.
+  std::unordered_set<const Node*> m_MarkedNodes;
+  XPathParser m_XPathParser;
+  std::vector<BuiltStep> m_Steps;
+  unsigned int m_Nesting = 0;  // evaluateStep calls under way
 };
 
 }  // namespace XmlPlugin

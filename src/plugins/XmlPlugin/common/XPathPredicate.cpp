@@ -1,0 +1,91 @@
+#include "XPathPredicate.h"
+
+#include <map>
+
+#include "XPathExpressionsParser.h"
+#include "XmlPluginConstants.h"
+#include "host/Trace.h"
+
+namespace XmlPlugin {
+
+XPathPredicate::XPathPredicate(const String& i_Expression)
+    : m_Expression(i_Expression),
+      m_Condition(i_Expression.substring(1, i_Expression.length() - 2)) {}
+
+TErrorCode XPathPredicate::fiterNodes(std::list<Node*>& io_Nodes) const {
+  Trace trace(Tracer::getInstance(TRACE_COMPONENT), "XPathPredicate::fiterNodes");
+  HOST_TRACE(trace, 3) << "m_Expression " << m_Condition;
+  if (m_Condition.isEmpty()) {
+    HOST_TRACE(trace, 1) << "XML_PLUGIN_ERROR_XPATH_UNSUPPORTED_EXPRESSION";
+    return XML_PLUGIN_ERROR_XPATH_UNSUPPORTED_EXPRESSION;
+  }
+  HOST_TRACE(trace, 3) << "io_Nodes.size() = " << static_cast<unsigned long>(io_Nodes.size());
+
+  // Two positions, deliberately different: a number result is compared with the overall
+  // position, while the root position handed to the evaluation counts only the candidates
+  // of the same name, resuming where that name left off when it comes back.
+  std::map<String, long> nextPositionByName;
+  String prevNodeName;
+  long namePosition = 1;
+  long position = 1;
+  std::list<Node*> kept;
+  TErrorCode result = 0;
+  for (Node* pCandidate : io_Nodes) {
+    if (pCandidate->m_Name != prevNodeName) {
+      nextPositionByName[prevNodeName] = namePosition;
+      const auto found = nextPositionByName.find(pCandidate->m_Name);
+      namePosition = found != nextPositionByName.end() ? found->second : 1;
+      prevNodeName = pCandidate->m_Name;
+    }
+    bool keep = false;
+    result = judge(pCandidate, io_Nodes, namePosition, position, keep);
+    if (keep) {
+      kept.push_back(pCandidate);
+    }
+    ++namePosition;
+    ++position;
+  }
+  io_Nodes.swap(kept);
+  HOST_TRACE(trace, 3) << "FilteredNodes.size() = " << static_cast<unsigned long>(io_Nodes.size());
+  HOST_TRACE(trace, 3) << "result = " << result;
+  return result;
+}
+
+TErrorCode XPathPredicate::judge(Node* i_pCandidate, std::list<Node*>& i_Candidates,
+                                 long i_RootPosition, long i_Position, bool& o_Keep) const {
+  Trace trace(Tracer::getInstance(TRACE_COMPONENT), "XPathPredicate::fiterNodes");
+  HOST_TRACE(trace, 3) << "Node to check = " << i_pCandidate->m_Name
+                       << " root position = " << i_RootPosition;
+  o_Keep = false;
+  XPathExpressionsParser parser(m_Condition);
+  parser.setSiblings(&i_Candidates);
+  parser.setRootPosition(i_RootPosition);
+  TErrorCode result = parser.runParser(i_pCandidate);
+  HOST_TRACE(trace, 3) << "result after runParser = " << result;
+  if (result != 0) {
+    return result;
+  }
+  XPathOutputElements values;
+  OutputElementsGuard guard(values);
+  result = parser.getValues(values);
+  if (result != 0 || values.empty()) {
+    return result;
+  }
+  HOST_TRACE(trace, 3) << "result OK. values.size() = "
+                       << static_cast<unsigned long>(values.size());
+  switch (parser.getXPathOutputType()) {
+    case BooleanType:
+      o_Keep = values.front()->m_Value.compareTo(L"true") == 0;
+      break;
+    case NumberType:
+      o_Keep = values.front()->m_Value == String::valueOf(i_Position);
+      break;
+    case StringType:
+    case NodeSetType:
+      o_Keep = true;
+      break;
+  }
+  return result;
+}
+
+}  // namespace XmlPlugin

@@ -1,0 +1,36 @@
+// One bracketed predicate of a location step.
+#pragma once
+
+#include <list>
+
+#include "host/Node.h"
+#include "host/String.h"
+#include "host/Types.h"
+
+namespace XmlPlugin {
+
+class XPathPredicate {
+ public:
+  // i_Expression is the predicate text with its square brackets.
+  explicit XPathPredicate(const String& i_Expression);
+
+  // Keeps, in order, the candidates for which the predicate holds. Every candidate gets
+  // an evaluation of its own with the candidate as context node and the whole list as its
+  // siblings. A boolean result keeps when it is true, a number when it equals the
+  // candidate's position in the list, a string or a node set always; a candidate whose
+  // evaluation fails or gives no value is dropped. The code is that of the last candidate's
+  // evaluation (0 for an empty list); the kept nodes are written back also on failure.
+  // XML_PLUGIN_ERROR_XPATH_UNSUPPORTED_EXPRESSION for an empty predicate, list unchanged.
+  TErrorCode fiterNodes(std::list<Node*>& io_Nodes) const;
+
+  const String& getExpression() const { return m_Expression; }
+
+ private:
+  TErrorCode judge(Node* i_pCandidate, std::list<Node*>& i_Candidates, long i_RootPosition,
+                   long i_Position, bool& o_Keep) const;
+
+  String m_Expression;  // with the brackets
+  String m_Condition;   // without them
+};
+
+}  // namespace XmlPlugin

@@ -1,0 +1,309 @@
+#include "XPathStep.h"
+
+#include <cassert>
+#include <functional>
+#include <string_view>
+
+#include "XPathPredicate.h"
+#include "XmlPluginConstants.h"
+#include "host/WideChar.h"
+
+namespace XmlPlugin {
+
+namespace {
+
+// The host's second answer for an attribute that is not there, beside -1001.
+const TErrorCode HOST_ERROR_ENTRY_MISSING = -1006;
+
+// The first i_Count characters.
+String prefix(const String& i_Text, int i_Count) {
+  return i_Count > 0 ? i_Text.substring(0, i_Count - 1) : String();
+}
+
+std::unique_ptr<XPathOutputElement> makeItem(const String& i_NodeText, const String& i_Value,
+                                             int32_t i_Index, Node* i_pNode) {
+  std::unique_ptr<XPathOutputElement> pItem(new XPathOutputElement);
+  pItem->m_NodeText = i_NodeText;
+  pItem->m_Value = i_Value;
+  pItem->m_Index = i_Index;
+  pItem->m_Node = i_pNode;
+  return pItem;
+}
+
+struct AxisName {
+  const wchar_t* m_Name;
+  StepAxis m_Axis;
+};
+
+const AxisName AXIS_NAMES[] = {
+    {L"attribute", attribute},
+    {L"child", child},
+    {L"descendant", descendant},
+    {L"descendant-or-self", descendant_or_self},
+    {L"following-sibling", following_sibling},
+    {L"preceding-sibling", preceding_sibling},
+    {L"preceding", preceding},
+    {L"following", following},
+    {L"parent", parent},
+    {L"ancestor", ancestor},
+    {L"ancestor-or-self", ancestor_or_self},
+    {L"self", self},
+};
+
+}  // namespace
+
+XPathOutputCollector::XPathOutputCollector(XPathOutputElements& io_Items) : m_Items(io_Items) {
+  for (const XPathOutputElement* pItem : m_Items) {
+    m_Keys.insert(keyOf(*pItem));
+  }
+}
+
+size_t XPathOutputCollector::KeyHash::operator()(const Key& i_Key) const {
+  const std::wstring_view text(i_Key.second.c_str(), i_Key.second.length());
+  return std::hash<std::wstring_view>()(text) * 31u + std::hash<int32_t>()(i_Key.first);
+}
+
+void XPathOutputCollector::append(std::unique_ptr<XPathOutputElement> i_pItem) {
+  m_Keys.insert(keyOf(*i_pItem));
+  m_Items.push_back(i_pItem.get());
+  i_pItem.release();
+}
+
+void XPathOutputCollector::appendUnique(std::unique_ptr<XPathOutputElement> i_pItem) {
+  if (m_Keys.count(keyOf(*i_pItem)) == 0) {
+    append(std::move(i_pItem));
+  }
+}
+
+XPathStep::XPathStep(StepType i_StepType, const String& i_Name, StepAxis i_Axis,
+                     XPathPredicates&& i_Predicates)
+    : m_Predicates(std::move(i_Predicates)),
+      m_Name(i_Name),
+      m_StepType(i_StepType),
+      m_Axis(i_Axis) {}
+
+XPathStep::~XPathStep() {}
+
+TErrorCode XPathStep::get(const String& i_Name, const String& i_PrevName, StepType i_StepType,
+                          std::unique_ptr<XPathStep>& o_Step) {
+  o_Step.reset();
+  assert(i_StepType == root || i_StepType == mid || i_StepType == leaf);
+  if (i_StepType == root && i_Name.isEmpty()) {
+    return XML_PLUGIN_ERROR_XPATH_WRONG_ROOT;
+  }
+  if (i_StepType != root && (i_Name.isEmpty() || i_PrevName.isEmpty())) {
+    return i_StepType == mid ? XML_PLUGIN_ERROR_XPATH_WRONG_MID : XML_PLUGIN_ERROR_XPATH_WRONG_LEAF;
+  }
+  String name;
+  XPathPredicates predicates;
+  StepAxis axis = child;
+  const TErrorCode result = parseName(i_Name, name, predicates, axis);
+  if (result != 0) {
+    return result;
+  }
+  switch (i_StepType) {
+    case root:
+      o_Step.reset(new XPathRootStep(name, axis, std::move(predicates)));
+      break;
+    case mid:
+      o_Step.reset(new XPathMidStep(name, axis, std::move(predicates)));
+      break;
+    case leaf:
+      o_Step.reset(new XPathLeafStep(name, axis, std::move(predicates)));
+      break;
+  }
+  return result;
+}
+
+TErrorCode XPathStep::parseName(const String& i_Text, String& o_Name, XPathPredicates& o_Predicates,
+                                StepAxis& io_Axis) {
+  TErrorCode result = 0;
+  o_Name = i_Text;
+  // Brackets do not nest: an inner "[" starts a predicate text of its own.
+  for (int open = o_Name.indexOf(L'['); open >= 0; open = o_Name.indexOf(L'[', open + 1)) {
+    const int close = o_Name.indexOf(L']', open);
+    if (close < 0 || open == 0) {
+      result = XML_PLUGIN_ERROR_XPATH_WRONG_MID;
+      continue;
+    }
+    o_Predicates.emplace_back(new XPathPredicate(o_Name.substring(open, close)));
+  }
+  const int firstOpen = o_Name.indexOf(L'[');
+  if (firstOpen >= 0) {
+    o_Name = prefix(o_Name, firstOpen);
+  } else if (o_Name.indexOf(L']') >= 0) {
+    result = XML_PLUGIN_ERROR_XPATH_WRONG_MID;
+  }
+
+  if (o_Name.compareTo(L"..") == 0) {
+    o_Name = String(L"parent::*");
+  } else if (o_Name.compareTo(L".") == 0) {
+    o_Name = String(L"self::*");
+  }
+  if (o_Name.isEmpty()) {
+    return XML_PLUGIN_ERROR_XPATH_WRONG_MID;
+  }
+
+  const int separator = o_Name.indexOf(String(L"::"));
+  if (separator >= 0) {
+    io_Axis = receiveAxis(prefix(o_Name, separator));
+    o_Name = o_Name.substring(separator + 2);
+  } else if (o_Name.startsWith(String(L"@"))) {
+    io_Axis = attribute;
+    o_Name = o_Name.substring(1);
+  } else {
+    io_Axis = child;
+  }
+  return result;
+}
+
+StepAxis XPathStep::receiveAxis(const String& i_AxisName) {
+  for (const AxisName& entry : AXIS_NAMES) {
+    if (i_AxisName.compareTo(entry.m_Name) == 0) {
+      return entry.m_Axis;
+    }
+  }
+  return child;
+}
+
+TErrorCode XPathStep::getChildrenXmlNodes(const Node* i_Node, std::list<Node*>& o_Nodes) {
+  o_Nodes.clear();
+  if (i_Node == nullptr) {
+    return HOST_ERROR_BAD_ARGUMENT;
+  }
+  const NodeList* pChildren = nullptr;
+  const TErrorCode result = i_Node->getChildren(&pChildren);
+  if (result != 0 || pChildren == nullptr) {
+    return result;
+  }
+  for (Node* pChild : *pChildren) {
+    if (pChild->getType() == ElementNode) {
+      o_Nodes.push_back(pChild);
+    }
+  }
+  return result;
+}
+
+TErrorCode XPathStep::getTextNode(const Node* i_Node, Node*& o_Text) {
+  o_Text = nullptr;
+  if (i_Node == nullptr) {
+    return HOST_ERROR_BAD_ARGUMENT;
+  }
+  const NodeList* pChildren = nullptr;
+  const TErrorCode result = i_Node->getChildren(&pChildren);
+  if (result != 0 || pChildren == nullptr) {
+    return result;
+  }
+  for (Node* pChild : *pChildren) {
+    if (pChild->getType() == TextNode) {
+      o_Text = pChild;
+      break;
+    }
+  }
+  return result;
+}
+
+TErrorCode XPathStep::evaluateNode(Node*, XPathOutputCollector&) const {
+  return XML_PLUGIN_ERROR_XPATH_NOT_FOUND;
+}
+
+int XPathStep::stepMatching(const Node* i_Node) const {
+  return m_Name == i_Node->m_Name || m_Name.compareTo(L"*") == 0 || m_Name.compareTo(L"node()") == 0
+             ? 1
+             : 0;
+}
+
+TErrorCode XPathStep::filterNodes(std::list<Node*>& io_Nodes) const {
+  if (m_Predicates.empty()) {
+    return 0;
+  }
+  io_Nodes.remove_if([this](const Node* i_pNode) { return stepMatching(i_pNode) == 0; });
+  for (const std::unique_ptr<XPathPredicate>& pPredicate : m_Predicates) {
+    if (pPredicate->fiterNodes(io_Nodes) != 0) {
+      return XML_PLUGIN_ERROR_XPATH_UNSUPPORTED_EXPRESSION;
+    }
+  }
+  return 0;
+}
+
+TErrorCode XPathStep::markFilteredNodes(const std::list<Node*>& i_Nodes,
+                                        std::vector<MarkedNode>& o_Marked) const {
+  std::list<Node*> passed(i_Nodes);
+  const TErrorCode result = filterNodes(passed);
+  const std::unordered_set<const Node*> passing(passed.begin(), passed.end());
+  o_Marked.clear();
+  for (Node* pNode : i_Nodes) {
+    // Without predicates nothing is marked, not even a node that fails the name test: the
+    // name test is applied again when the node is evaluated.
+    o_Marked.push_back(MarkedNode{pNode, passing.count(pNode) == 0});
+  }
+  return result;
+}
+
+TErrorCode XPathLeafStep::evaluateNode(Node* i_Node, XPathOutputCollector& io_Output) const {
+  if (getAxis() != attribute) {
+    return getAxis() == child && getName().compareTo(L"text()") == 0
+               ? evaluateText(i_Node, io_Output)
+               : evaluateElement(i_Node, io_Output);
+  }
+  return getName().compareTo(L"*") == 0 ? evaluateAttributes(i_Node, io_Output)
+                                        : evaluateAttribute(i_Node, io_Output);
+}
+
+TErrorCode XPathLeafStep::addElement(std::unique_ptr<XPathOutputElement> i_pItem,
+                                     XPathOutputCollector& io_Output) {
+  io_Output.appendUnique(std::move(i_pItem));
+  return 0;
+}
+
+TErrorCode XPathLeafStep::evaluateText(Node* i_Node, XPathOutputCollector& io_Output) const {
+  Node* pText = nullptr;
+  const TErrorCode result = getTextNode(i_Node, pText);
+  if (result != 0) {
+    return result;
+  }
+  if (pText == nullptr) {
+    return XML_PLUGIN_ERROR_XPATH_NOT_FOUND;
+  }
+  return addElement(makeItem(pText->m_Name, pText->m_Name, pText->m_Index, i_Node), io_Output);
+}
+
+TErrorCode XPathLeafStep::evaluateElement(Node* i_Node, XPathOutputCollector& io_Output) const {
+  Node* pText = nullptr;
+  const TErrorCode result = getTextNode(i_Node, pText);
+  const String text = pText != nullptr ? pText->m_Name : String();
+  addElement(makeItem(text, String(), i_Node->m_Index, i_Node), io_Output);
+  return result;
+}
+
+TErrorCode XPathLeafStep::evaluateAttributes(Node* i_Node, XPathOutputCollector& io_Output) const {
+  const StringMap* pAttributes = i_Node->m_Attributes;
+  const int32_t count = pAttributes != nullptr ? pAttributes->m_Count : 0;
+  for (int32_t entry = 0; entry < count; ++entry) {
+    String name;
+    String value;
+    pAttributes->getEntry(entry, name, value);
+    io_Output.append(makeItem(value, value, i_Node->m_Index + entry, i_Node));
+  }
+  return 0;
+}
+
+TErrorCode XPathLeafStep::evaluateAttribute(Node* i_Node, XPathOutputCollector& io_Output) const {
+  if (i_Node->m_Attributes == nullptr) {
+    return XML_PLUGIN_ERROR_XPATH_NOT_FOUND;
+  }
+  String value;
+  String number;
+  const TErrorCode result = i_Node->m_Attributes->getEntry(getName(), value, number);
+  if (result == HOST_ERROR_KEY_NOT_FOUND || result == HOST_ERROR_ENTRY_MISSING) {
+    return XML_PLUGIN_ERROR_XPATH_NOT_FOUND;
+  }
+  if (result != 0) {
+    return result;
+  }
+  const int32_t index = static_cast<int32_t>(i_wcstol(number.c_str(), nullptr, 10));
+  io_Output.append(makeItem(value, value, index, i_Node));
+  return 0;
+}
+
+}  // namespace XmlPlugin
