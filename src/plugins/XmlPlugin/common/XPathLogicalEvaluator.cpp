@@ -309,41 +309,33 @@ unsigned notANumber(const char* i_Function) {
   return 0;
 }
 
-// A boolean against a string: booleans for "=", "!=", "and" and "or", numbers otherwise.
-// i_Exchanged compares Num(R) with Num(L) instead of Num(L) with Num(R).
-unsigned compareBooleanAndString(const char* i_Function, const XPathExpression* L,
-                                 const XPathExpression* R, const String& op, bool i_Exchanged) {
-  Trace trace(Tracer::getInstance(TRACE_COMPONENT), i_Function);
-  if (!isRelationalOperator(XPathLogicalEvaluator::getOperIndex(op))) {
-    HOST_TRACE(trace, 3) << "boolean evaluation";
-    return XPathLogicalEvaluator::evaluateLogicalOperation(boolNumber(L), boolNumber(R), op);
-  }
-  double left = 0.0;
-  double right = 0.0;
-  if (!readNumber(L, left) || !readNumber(R, right)) {
-    return notANumber(i_Function);
-  }
-  HOST_TRACE(trace, 3) << "number evaluation. Numb1 = " << left << " Numb2 = " << right;
-  return i_Exchanged ? XPathLogicalEvaluator::evaluateLogicalOperation(right, left, op)
-                     : XPathLogicalEvaluator::evaluateLogicalOperation(left, right, op);
-}
+// How a string meets a boolean or a number: truth values for "and" and "or" (and for "="
+// and "!=" too when i_EqualityAsBoolean), numbers otherwise; a string that is not numeric
+// answers false. i_Exchanged compares Num(R) with Num(L) instead of Num(L) with Num(R).
+struct MixedComparison {
+  const char* m_Function;
+  bool m_EqualityAsBoolean;
+  bool m_Exchanged;
+  const char* m_BooleanText;
+  const char* m_NumberText;
 
-// A number against a string: booleans for "and" and "or", numbers otherwise.
-unsigned compareNumberAndString(const char* i_Function, const XPathExpression* L,
-                                const XPathExpression* R, const String& op) {
-  Trace trace(Tracer::getInstance(TRACE_COMPONENT), i_Function);
-  if (isBooleanOperator(XPathLogicalEvaluator::getOperIndex(op))) {
-    HOST_TRACE(trace, 3) << "boolean evauation";
-    return XPathLogicalEvaluator::evaluateLogicalOperation(boolNumber(L), boolNumber(R), op);
+  unsigned compare(const XPathExpression* L, const XPathExpression* R, const String& op) const {
+    Trace trace(Tracer::getInstance(TRACE_COMPONENT), m_Function);
+    const int oper = XPathLogicalEvaluator::getOperIndex(op);
+    if (isBooleanOperator(oper) || (m_EqualityAsBoolean && (oper == EQ || oper == NE))) {
+      HOST_TRACE(trace, 3) << m_BooleanText;
+      return XPathLogicalEvaluator::evaluateLogicalOperation(boolNumber(L), boolNumber(R), op);
+    }
+    double left = 0.0;
+    double right = 0.0;
+    if (!readNumber(L, left) || !readNumber(R, right)) {
+      return notANumber(m_Function);
+    }
+    HOST_TRACE(trace, 3) << m_NumberText << ". Numb1 = " << left << " Numb2 = " << right;
+    return m_Exchanged ? XPathLogicalEvaluator::evaluateLogicalOperation(right, left, op)
+                       : XPathLogicalEvaluator::evaluateLogicalOperation(left, right, op);
   }
-  double left = 0.0;
-  double right = 0.0;
-  if (!readNumber(L, left) || !readNumber(R, right)) {
-    return notANumber(i_Function);
-  }
-  HOST_TRACE(trace, 3) << "number evauation";
-  return XPathLogicalEvaluator::evaluateLogicalOperation(left, right, op);
-}
+};
 
 // True when the node set is not empty and the operator is one of i_Accepted.
 unsigned nonEmptyUnder(const XPathExpression* i_pNodeSet, const String& op,
@@ -590,22 +582,30 @@ unsigned XPathLogicalEvaluator::evaluateNodeNodeOperation(const XPathExpression*
 unsigned XPathLogicalEvaluator::evaluateStringBool(const XPathExpression* L,
                                                    const XPathExpression* R, const String& op) {
   // Deliberately compares Num(R) with Num(L), the reverse of the other operations.
-  return compareBooleanAndString("XPathLogicalEvaluator::evaluateStringBool", L, R, op, true);
+  const MixedComparison comparison = {"XPathLogicalEvaluator::evaluateStringBool", true, true,
+                                      "boolean evaluation", "number evaluation"};
+  return comparison.compare(L, R, op);
 }
 
 unsigned XPathLogicalEvaluator::evaluateBoolString(const XPathExpression* L,
                                                    const XPathExpression* R, const String& op) {
-  return compareBooleanAndString("XPathLogicalEvaluator::evaluateBoolString", L, R, op, false);
+  const MixedComparison comparison = {"XPathLogicalEvaluator::evaluateBoolString", true, false,
+                                      "boolean evaluation", "number evaluation"};
+  return comparison.compare(L, R, op);
 }
 
 unsigned XPathLogicalEvaluator::evaluateStringNumber(const XPathExpression* L,
                                                      const XPathExpression* R, const String& op) {
-  return compareNumberAndString("XPathLogicalEvaluator::evaluateStringNumber", L, R, op);
+  const MixedComparison comparison = {"XPathLogicalEvaluator::evaluateStringNumber", false, false,
+                                      "boolean evauation", "number evauation"};
+  return comparison.compare(L, R, op);
 }
 
 unsigned XPathLogicalEvaluator::evaluateNumberString(const XPathExpression* L,
                                                      const XPathExpression* R, const String& op) {
-  return compareNumberAndString("XPathLogicalEvaluator::evaluateNumberString", L, R, op);
+  const MixedComparison comparison = {"XPathLogicalEvaluator::evaluateNumberString", false, false,
+                                      "boolean evauation", "number evauation"};
+  return comparison.compare(L, R, op);
 }
 
 }  // namespace XmlPlugin

@@ -13,13 +13,23 @@ namespace {
 
 const double ZERO = 0.0;
 
-double num(const XPathExpression* e) {
-  return e->GetExpressionNumb();
-}
+// What the rules read of one operand.
+struct Operand {
+  explicit Operand(const XPathExpression* e)
+      : m_Number(e->GetExpressionNumb()),
+        m_Ordinary(XPathNumericLimits::isNumbType(e)),
+        m_Inf(XPathNumericLimits::isInfinity(e)),
+        m_NInf(XPathNumericLimits::isNInfinity(e)),
+        m_NegativeZero(e->isNegativeZero()) {}
+  bool infinite() const { return m_Inf || m_NInf; }
+  bool zero() const { return m_Number == ZERO; }
 
-bool isInfinite(const XPathExpression* e) {
-  return XPathNumericLimits::isInfinity(e) || XPathNumericLimits::isNInfinity(e);
-}
+  double m_Number;
+  bool m_Ordinary;
+  bool m_Inf;
+  bool m_NInf;
+  bool m_NegativeZero;
+};
 
 LimitType traced(const char* i_Function, LimitType i_Result) {
   Trace trace(Tracer::getInstance(TRACE_COMPONENT), i_Function);
@@ -27,101 +37,84 @@ LimitType traced(const char* i_Function, LimitType i_Result) {
   return i_Result;
 }
 
-LimitType modKind(const XPathExpression*, const XPathExpression* e2) {
-  return num(e2) == ZERO ? NaN : NumbType;
+LimitType modKind(const Operand&, const Operand& b) {
+  return b.zero() ? NaN : NumbType;
 }
 
-LimitType divKind(const XPathExpression* e1, const XPathExpression* e2) {
-  const bool ordinary = XPathNumericLimits::isNumbType(e1);
-  const bool byZero = num(e2) == ZERO;
-  const bool byNegativeZero = byZero && e2->isNegativeZero();
-  if (num(e1) == ZERO && byZero) {
+LimitType divKind(const Operand& a, const Operand& b) {
+  if (a.zero() && b.zero()) {
     return NaN;
   }
-  if (ordinary && byZero) {
+  if (a.m_Ordinary && b.zero()) {
     // A negative dividend and a negative zero divisor flip the sign twice.
-    if (num(e1) > ZERO) {
-      return byNegativeZero ? NInfinity : Infinity;
+    if (a.m_Number > ZERO) {
+      return b.m_NegativeZero ? NInfinity : Infinity;
     }
-    if (num(e1) < ZERO) {
-      return byNegativeZero ? Infinity : NInfinity;
+    if (a.m_Number < ZERO) {
+      return b.m_NegativeZero ? Infinity : NInfinity;
     }
   }
-  if (ordinary && isInfinite(e2)) {
+  if (a.m_Ordinary && b.infinite()) {
     return ZeroByInfinity;
   }
-  if (isInfinite(e1) && isInfinite(e2)) {
+  if (a.infinite() && b.infinite()) {
     return NaN;
   }
   return NumbType;
 }
 
-LimitType multiKind(const XPathExpression* e1, const XPathExpression* e2) {
-  const bool infTimesOrdinary =
-      (XPathNumericLimits::isInfinity(e1) && XPathNumericLimits::isNumbType(e2)) ||
-      (XPathNumericLimits::isInfinity(e2) && XPathNumericLimits::isNumbType(e1));
-  // Deliberately reads the sign of e2 in both orders, even when e2 is the infinity.
-  if (infTimesOrdinary && num(e2) > ZERO) {
+LimitType multiKind(const Operand& a, const Operand& b) {
+  const bool infTimesOrdinary = (a.m_Inf && b.m_Ordinary) || (b.m_Inf && a.m_Ordinary);
+  // Deliberately reads the sign of the right operand in both orders, even when it is the
+  // infinity.
+  if (infTimesOrdinary && b.m_Number > ZERO) {
     return Infinity;
   }
-  if (infTimesOrdinary && num(e2) < ZERO) {
+  if (infTimesOrdinary && b.m_Number < ZERO) {
     return NInfinity;
   }
   // Deliberately -Infinity whatever the sign of the ordinary factor.
-  if ((XPathNumericLimits::isNInfinity(e1) && XPathNumericLimits::isNumbType(e2)) ||
-      (XPathNumericLimits::isNInfinity(e2) && XPathNumericLimits::isNumbType(e1))) {
+  if ((a.m_NInf && b.m_Ordinary) || (b.m_NInf && a.m_Ordinary)) {
     return NInfinity;
   }
-  if ((num(e1) == ZERO && isInfinite(e2)) || (num(e2) == ZERO && isInfinite(e1))) {
+  if ((a.zero() && b.infinite()) || (b.zero() && a.infinite())) {
     return NaN;
   }
   return NumbType;
 }
 
-LimitType plusKind(const XPathExpression* e1, const XPathExpression* e2) {
-  const bool ordinary1 = XPathNumericLimits::isNumbType(e1);
-  const bool ordinary2 = XPathNumericLimits::isNumbType(e2);
-  const bool inf1 = XPathNumericLimits::isInfinity(e1);
-  const bool inf2 = XPathNumericLimits::isInfinity(e2);
-  const bool nInf1 = XPathNumericLimits::isNInfinity(e1);
-  const bool nInf2 = XPathNumericLimits::isNInfinity(e2);
-  if ((ordinary1 && inf2) || (ordinary2 && inf1)) {
+LimitType plusKind(const Operand& a, const Operand& b) {
+  if ((a.m_Ordinary && b.m_Inf) || (b.m_Ordinary && a.m_Inf)) {
     return Infinity;
   }
-  if ((ordinary1 && nInf2) || (ordinary2 && nInf1)) {
+  if ((a.m_Ordinary && b.m_NInf) || (b.m_Ordinary && a.m_NInf)) {
     return NInfinity;
   }
-  if ((inf1 && nInf2) || (inf2 && nInf1)) {
+  if ((a.m_Inf && b.m_NInf) || (b.m_Inf && a.m_NInf)) {
     return NaN;
   }
-  if (inf1 && inf2) {
+  if (a.m_Inf && b.m_Inf) {
     return Infinity;
   }
   // No rule for -Infinity + -Infinity: the caller adds the stored values.
   return NumbType;
 }
 
-LimitType minusKind(const XPathExpression* e1, const XPathExpression* e2) {
-  const bool ordinary1 = XPathNumericLimits::isNumbType(e1);
-  const bool ordinary2 = XPathNumericLimits::isNumbType(e2);
-  const bool inf1 = XPathNumericLimits::isInfinity(e1);
-  const bool inf2 = XPathNumericLimits::isInfinity(e2);
-  const bool nInf1 = XPathNumericLimits::isNInfinity(e1);
-  const bool nInf2 = XPathNumericLimits::isNInfinity(e2);
+LimitType minusKind(const Operand& a, const Operand& b) {
   // Deliberately the same for both operand orders: Infinity - 5 is -Infinity.
-  if ((ordinary1 && inf2) || (ordinary2 && inf1)) {
+  if ((a.m_Ordinary && b.m_Inf) || (b.m_Ordinary && a.m_Inf)) {
     return NInfinity;
   }
-  if ((ordinary1 && nInf2) || (ordinary2 && nInf1)) {
+  if ((a.m_Ordinary && b.m_NInf) || (b.m_Ordinary && a.m_NInf)) {
     return Infinity;
   }
-  if ((inf1 && inf2) || (nInf1 && nInf2)) {
+  if ((a.m_Inf && b.m_Inf) || (a.m_NInf && b.m_NInf)) {
     return NaN;
   }
-  if (inf1 && nInf2) {
+  if (a.m_Inf && b.m_NInf) {
     return Infinity;
   }
-  if (inf2 && nInf1) {
+  if (b.m_Inf && a.m_NInf) {
     return NInfinity;
   }
   return NumbType;
@@ -153,23 +146,23 @@ LimitType XPathNumericLimits::evaluate(const XPathExpression* e1, const XPathExp
 }
 
 LimitType XPathNumericLimits::evaluateMod(const XPathExpression* e1, const XPathExpression* e2) {
-  return traced("XPathNumericLimits::evaluateMod", modKind(e1, e2));
+  return traced("XPathNumericLimits::evaluateMod", modKind(Operand(e1), Operand(e2)));
 }
 
 LimitType XPathNumericLimits::evaluateDiv(const XPathExpression* e1, const XPathExpression* e2) {
-  return traced("XPathNumericLimits::evaluateDiv", divKind(e1, e2));
+  return traced("XPathNumericLimits::evaluateDiv", divKind(Operand(e1), Operand(e2)));
 }
 
 LimitType XPathNumericLimits::evaluateMulti(const XPathExpression* e1, const XPathExpression* e2) {
-  return traced("XPathNumericLimits::evaluateMulti", multiKind(e1, e2));
+  return traced("XPathNumericLimits::evaluateMulti", multiKind(Operand(e1), Operand(e2)));
 }
 
 LimitType XPathNumericLimits::evaluatePlus(const XPathExpression* e1, const XPathExpression* e2) {
-  return traced("XPathNumericLimits::evaluatePlus", plusKind(e1, e2));
+  return traced("XPathNumericLimits::evaluatePlus", plusKind(Operand(e1), Operand(e2)));
 }
 
 LimitType XPathNumericLimits::evaluateMinus(const XPathExpression* e1, const XPathExpression* e2) {
-  return traced("XPathNumericLimits::evaluateMinus", minusKind(e1, e2));
+  return traced("XPathNumericLimits::evaluateMinus", minusKind(Operand(e1), Operand(e2)));
 }
 
 bool XPathNumericLimits::isNumbType(const XPathExpression* e) {
