@@ -138,10 +138,10 @@ bool TreeBuilder::characters(const char* i_Text, int i_Length) {
 }
 
 bool TreeBuilder::comment(const char* i_Text) {
-  flushText();
-  if (m_OpenElements.empty() || m_Options.m_SkipComments) {
+  if (skips()) {
     return true;
   }
+  flushText();
   m_Decoded.clear();
   if (!decode(i_Text, std::strlen(i_Text), m_Decoded)) {
     return false;
@@ -151,16 +151,21 @@ bool TreeBuilder::comment(const char* i_Text) {
 }
 
 bool TreeBuilder::processingInstruction(const char* i_Target) {
-  flushText();
-  if (m_OpenElements.empty() || m_Options.m_SkipComments) {
+  if (skips()) {
     return true;
   }
+  flushText();
   String target;
   if (!internName(i_Target, target)) {
     return false;
   }
   addChild(ProcessingInstructionNode, target);
   return true;
+}
+
+bool TreeBuilder::skips() const {
+  // Checked before the pending text is flushed, so a skipped node does not split it.
+  return m_OpenElements.empty() || m_Options.m_SkipComments;
 }
 
 void TreeBuilder::addChild(int i_Type, const String& i_Name) {

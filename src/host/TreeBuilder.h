@@ -50,6 +50,8 @@ class TreeBuilder {
   bool internName(const char* i_Name, String& o_Name);
   bool decode(const char* i_Text, size_t i_Length, std::wstring& io_Text);
   StringMap* attributes(const char** i_Attributes, int32_t i_Count, int32_t i_FirstNumber);
+  // Whether comments and processing instructions are dropped here.
+  bool skips() const;
   // Appends a node to the innermost open element.
   void addChild(int i_Type, const String& i_Name);
   void flushText();

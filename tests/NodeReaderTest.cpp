@@ -1,0 +1,223 @@
+#include <gtest/gtest.h>
+#include <sys/stat.h>
+
+#include <string>
+
+#include "TestXml.h"
+#include "host/Node.h"
+#include "host/NodeReader.h"
+
+namespace {
+
+using TestXml::KeepingSink;
+using TestXml::TempFile;
+
+const std::string READER_DATA = std::string(TEST_DATA_DIR) + "/reader/";
+
+// The tree as one line: element name#number[attribute=value#number ...](children),
+// 'text'#number, <!--comment-->#number, <?target?>#number.
+std::wstring dump(const Node* i_pNode) {
+  std::wstring out;
+  const std::wstring number = L"#" + std::to_wstring(i_pNode->m_Index);
+  switch (i_pNode->getType()) {
+    case TextNode:
+      return L"'" + i_pNode->m_Name.toWide() + L"'" + number;
+    case CommentNode:
+      return L"<!--" + i_pNode->m_Name.toWide() + L"-->" + number;
+    case ProcessingInstructionNode:
+      return L"<?" + i_pNode->m_Name.toWide() + L"?>" + number;
+  }
+  out = i_pNode->m_Name.toWide() + number;
+  const StringMap& attributes = *i_pNode->m_Attributes;
+  for (int i = 0; i < attributes.m_Count; ++i) {
+    String name, value, order;
+    attributes.getEntry(i, name, value);
+    EXPECT_EQ(0, attributes.getEntry(name, value, order));
+    out += (i == 0 ? L"[" : L" ") + name.toWide() + L"=" + value.toWide() + L"#" + order.toWide();
+  }
+  out += attributes.m_Count > 0 ? L"]" : L"";
+  const std::vector<Node*> children = TestXml::children(i_pNode);
+  for (size_t i = 0; i < children.size(); ++i) {
+    EXPECT_EQ(i_pNode, children[i]->getParent());
+    out += (i == 0 ? L"(" : L" ") + dump(children[i]);
+  }
+  return out + (children.empty() ? L"" : L")");
+}
+
+struct Outcome {
+  int32_t status;
+  std::wstring tree;  // dump of the tree, or the message of a failure
+  int line;           // of the failure
+};
+
+Outcome readFile(const std::string& i_Path, uint32_t i_ChunkSize = 0, uint32_t i_MaxSize = 0) {
+  KeepingSink sink;
+  NodeReader reader(sink);
+  reader.m_ChunkSize = i_ChunkSize;
+  reader.m_MaxFileSize = i_MaxSize;
+  const TErrorCode result = reader.process(String(i_Path.c_str()), 0);
+  EXPECT_EQ(reader.m_Status, result);
+  if (result != 0) {
+    EXPECT_EQ(nullptr, sink.m_Tree) << "no tree on failure";
+    EXPECT_EQ(1, sink.m_Messages) << "one report per failure";
+    return Outcome{result, sink.m_Message, sink.m_Line};
+  }
+  EXPECT_EQ(0, sink.m_Messages);
+  return Outcome{result, sink.m_Tree ? dump(sink.m_Tree.get()) : L"(no tree)", -1};
+}
+
+Outcome read(const std::string& i_Xml, uint32_t i_ChunkSize = 0) {
+  TempFile file(i_Xml);
+  return readFile(file.path(), i_ChunkSize);
+}
+
+std::string nested(int i_Depth) {
+  std::string xml;
+  for (int i = 0; i < i_Depth; ++i) {
+    xml += "<d>";
+  }
+  for (int i = 0; i < i_Depth; ++i) {
+    xml += "</d>";
+  }
+  return xml;
+}
+
+std::string withAttributes(int i_Count) {
+  std::string xml = "<r";
+  for (int i = 0; i < i_Count; ++i) {
+    xml += " a" + std::to_string(i) + "=''";
+  }
+  return xml + "/>";
+}
+
+struct Row {
+  std::string xml;
+  int32_t status;
+  std::wstring expected;  // tree dump, or the failure message
+  int line;
+};
+
+const Row ROWS[] = {
+    // Trees.
+    {"<r>&lt;&gt;&amp;&quot;&apos;&#65;&#x42;</r>", 0, L"r#0('<>&\"'AB'#1)", -1},
+    {"<r>a<![CDATA[<b>]]>c</r>", 0, L"r#0('a<b>c'#1)", -1},
+    {"<r><!--note--><?target data?>t</r>", 0, L"r#0(<!--note-->#1 <?target?>#2 't'#3)", -1},
+    {"<r>\n  <a/>\n  <b> x </b>\n</r>\n", 0, L"r#0(a#1 b#2(' x '#3))", -1},
+    {"<r id='1' k=\"v\"><a x='y'/>t<b/></r>", 0, L"r#0[id=1#1 k=v#2](a#3[x=y#4] 't'#5 b#6)", -1},
+    {"<p:r xmlns:p='u'><p:a/></p:r>", 0, L"p:r#0[xmlns:p=u#1](p:a#2)", -1},
+    {"<r>a\r\nb<c/>d</r>", 0, L"r#0('a\nb'#1 c#2 'd'#3)", -1},
+    {"<!--before--><?pi?><r/><!--after-->", 0, L"r#0", -1},
+    {"<!DOCTYPE r [<!ATTLIST r d CDATA 'x'>]><r/>", 0, L"r#0[d=x#1]", -1},
+    {"<r>\xC3\xA9\xF0\x9F\x98\x80</r>", 0, L"r#0('\xE9\x1F600'#1)", -1},
+    {nested(NODE_READER_MAX_DEPTH), 0, L"", -1},
+    {"<" + std::string(NODE_READER_MAX_NAME_LENGTH, 'n') + "/>", 0, L"", -1},
+    {withAttributes(NODE_READER_MAX_ATTRIBUTES), 0, L"", -1},
+    // Malformed.
+    {"<r>\n<a>\n</r>", NODE_READER_STATUS_MALFORMED, L"mismatched tag", 3},
+    {"", NODE_READER_STATUS_MALFORMED, L"no element found", 1},
+    {"<r/><r/>", NODE_READER_STATUS_MALFORMED, L"junk after document element", 1},
+    {"<r>&e;</r>", NODE_READER_STATUS_MALFORMED, L"undefined entity", 1},
+    {"<r>\xFF</r>", NODE_READER_STATUS_MALFORMED, L"not well-formed (invalid token)", 1},
+    {"<?xml version='1.0' encoding='x-unknown'?><r/>", NODE_READER_STATUS_MALFORMED,
+     L"unknown encoding", 1},
+    // Refused.
+    {"<!DOCTYPE r [\n<!ENTITY e 'x'>]><r>&e;</r>", NODE_READER_STATUS_REFUSED,
+     L"entity declarations are not allowed: e", 2},
+    {"<!DOCTYPE r [<!ENTITY % p 'x'>]><r/>", NODE_READER_STATUS_REFUSED,
+     L"entity declarations are not allowed: p", 1},
+    {"<!DOCTYPE r SYSTEM 'x.dtd'>\n<r>&e;</r>", NODE_READER_STATUS_REFUSED,
+     L"reference to an undeclared entity: e", 2},
+    {nested(NODE_READER_MAX_DEPTH + 1), NODE_READER_STATUS_REFUSED,
+     L"elements nested deeper than 2048 levels", 1},
+    {"<" + std::string(NODE_READER_MAX_NAME_LENGTH + 1, 'n') + "/>", NODE_READER_STATUS_REFUSED,
+     L"name longer than 4096 characters", 1},
+    {withAttributes(NODE_READER_MAX_ATTRIBUTES + 1), NODE_READER_STATUS_REFUSED,
+     L"more than 4096 attributes on one element", 1},
+};
+
+void expectRow(const Row& i_Row, uint32_t i_ChunkSize) {
+  const Outcome outcome = read(i_Row.xml, i_ChunkSize);
+  const std::string shown = i_Row.xml.substr(0, 60);
+  EXPECT_EQ(i_Row.status, outcome.status) << shown << " in chunks of " << i_ChunkSize;
+  if (i_Row.status != 0 || !i_Row.expected.empty()) {
+    EXPECT_EQ(i_Row.expected, outcome.tree) << shown << " in chunks of " << i_ChunkSize;
+  }
+  EXPECT_EQ(i_Row.line, outcome.line) << shown << " in chunks of " << i_ChunkSize;
+}
+
+TEST(NodeReader, DocumentsGiveTreesOrReportedFailures) {
+  for (const Row& row : ROWS) {
+    expectRow(row, 0);
+  }
+}
+
+TEST(NodeReader, SmallChunksGiveTheSameResults) {
+  for (uint32_t chunk = 1; chunk <= 5; ++chunk) {
+    for (const Row& row : ROWS) {
+      if (row.xml.size() < 200) {
+        expectRow(row, chunk);
+      }
+    }
+  }
+}
+
+TEST(NodeReader, EncodingsAreDecoded) {
+  EXPECT_EQ(L"r#0[a=\xE9#1]('caf\xE9'#2)", readFile(READER_DATA + "latin1.xml").tree);
+  EXPECT_EQ(L"r#0[a=\x20AC#1]('\xE9\x1F600'#2)", readFile(READER_DATA + "utf16.xml").tree);
+}
+
+TEST(NodeReader, OutsideContentIsNeverLoaded) {
+  // The external subset would add an attribute if it were read.
+  EXPECT_EQ(L"r#0", readFile(READER_DATA + "external-dtd.xml").tree);
+  const Outcome outcome = readFile(READER_DATA + "external-entity.xml");
+  EXPECT_EQ(NODE_READER_STATUS_REFUSED, outcome.status);
+  EXPECT_EQ(L"entity declarations are not allowed: secret", outcome.tree);
+}
+
+TEST(NodeReader, OnlyReadableRegularFilesWithinTheLimitAreRead) {
+  const Outcome missing = readFile(READER_DATA + "missing.xml");
+  EXPECT_EQ(NODE_READER_STATUS_UNREADABLE, missing.status);
+  EXPECT_EQ(L"cannot open file: No such file or directory", missing.tree);
+  EXPECT_EQ(0, missing.line);
+  EXPECT_EQ(NODE_READER_STATUS_REFUSED, readFile(READER_DATA).status);
+  EXPECT_EQ(L"not a regular file", readFile("/dev/zero").tree);
+  TempFile fifo("", ".fifo");
+  unlink(fifo.path().c_str());
+  ASSERT_EQ(0, mkfifo(fifo.path().c_str(), 0600));
+  EXPECT_EQ(L"not a regular file", readFile(fifo.path()).tree);
+  TempFile large("<r>0123456789</r>");
+  const Outcome tooLarge = readFile(large.path(), 0, 10);
+  EXPECT_EQ(NODE_READER_STATUS_REFUSED, tooLarge.status);
+  EXPECT_EQ(L"file larger than 10 bytes", tooLarge.tree);
+  EXPECT_EQ(0, readFile(large.path(), 0, 17).status);
+}
+
+TEST(NodeReader, OptionsKeepBlankTextTrimAndSkipComments) {
+  TempFile file("<r> <!--c--> <a> t </a></r>");
+  KeepingSink sink;
+  NodeReader reader(sink);
+  reader.m_KeepBlankText = 1;
+  reader.m_TrimText = 1;
+  reader.m_SkipComments = 1;
+  ASSERT_EQ(0, reader.process(String(file.path().c_str()), 0));
+  EXPECT_EQ(L"r#0(''#1 a#2('t'#3))", dump(sink.m_Tree.get()));
+}
+
+TEST(NodeReader, TreesAreCompact) {
+  std::unique_ptr<Node> pTree = parseXml("<r><x/><x a='1'>t</x></r>");
+  ASSERT_NE(nullptr, pTree);
+  const Node* pFirst = findElement(pTree.get(), L"x", 0);
+  const Node* pSecond = findElement(pTree.get(), L"x", 1);
+  EXPECT_EQ(pFirst->m_Name.c_str(), pSecond->m_Name.c_str()) << "names are shared";
+  EXPECT_EQ(pFirst->m_Attributes, pTree->m_Attributes) << "one empty map for all";
+  const NodeList* pChildren = nullptr;
+  ASSERT_EQ(0, pFirst->getChildren(&pChildren));
+  EXPECT_EQ(nullptr, pChildren);
+  EXPECT_STREQ(L"t", elementText(pSecond).c_str());
+  EXPECT_EQ(nullptr, findElement(pTree.get(), L"x", 2));
+  // A copy is shallow and may be deleted on its own.
+  std::unique_ptr<Node> pCopy(new Node(*pTree));
+  EXPECT_EQ(TestXml::children(pTree.get()), TestXml::children(pCopy.get()));
+}
+
+}  // namespace
