@@ -1,15 +1,11 @@
 #include "TreeBuilder.h"
 
-#include <cstring>
-
 #include "Utf8.h"
 #include "host/NodeReader.h"
 
 namespace {
 
-bool isBlank(const std::wstring& i_Text) {
-  return i_Text.find_first_not_of(L" \t\r\n") == std::wstring::npos;
-}
+const char* const XML_SPACE = " \t\r\n";
 
 int32_t countAttributes(const char** i_Attributes) {
   int32_t count = 0;
@@ -31,28 +27,38 @@ bool TreeBuilder::refuse(const String& i_Reason) {
   return false;
 }
 
-bool TreeBuilder::decode(const char* i_Text, size_t i_Length, std::wstring& io_Text) {
-  return HostUtf8::appendDecoded(i_Text, i_Length, io_Text) ||
-         refuse(String(L"invalid UTF-8 sequence"));
-}
-
-bool TreeBuilder::internName(const char* i_Name, String& o_Name) {
-  const std::string key(i_Name);
-  const auto found = m_Names.find(key);
-  if (found != m_Names.end()) {
-    o_Name = found->second;
-    return true;
+bool TreeBuilder::read(std::string_view i_Bytes, bool i_Share, String& o_Text) {
+  std::unordered_map<std::string, String>::iterator found = m_Shared.end();
+  if (i_Share) {
+    found = m_Shared.find(std::string(i_Bytes));
+    if (found != m_Shared.end()) {
+      o_Text = found->second;
+      return true;
+    }
   }
   m_Decoded.clear();
-  if (!decode(key.data(), key.size(), m_Decoded)) {
+  if (!HostUtf8::appendDecoded(i_Bytes.data(), i_Bytes.size(), m_Decoded)) {
+    return refuse(String(L"invalid UTF-8 sequence"));
+  }
+  o_Text = String(m_Decoded);
+  if (i_Share) {
+    m_Shared.emplace(std::string(i_Bytes), o_Text);
+  }
+  return true;
+}
+
+bool TreeBuilder::readValue(std::string_view i_Bytes, String& o_Value) {
+  // Short values repeat a lot ("en", "true", "0"); sharing them keeps the tree small.
+  return read(i_Bytes, i_Bytes.size() <= SHARED_VALUE_BYTES, o_Value);
+}
+
+bool TreeBuilder::readName(const char* i_Name, String& o_Name) {
+  if (!read(i_Name, true, o_Name)) {
     return false;
   }
-  if (m_Decoded.size() > static_cast<size_t>(NODE_READER_MAX_NAME_LENGTH)) {
-    return refuse(String(L"name longer than " + std::to_wstring(NODE_READER_MAX_NAME_LENGTH) +
-                         L" characters"));
-  }
-  o_Name = m_Names.emplace(key, String(m_Decoded)).first->second;
-  return true;
+  return o_Name.length() <= NODE_READER_MAX_NAME_LENGTH ||
+         refuse(String(L"name longer than " + std::to_wstring(NODE_READER_MAX_NAME_LENGTH) +
+                       L" characters"));
 }
 
 StringMap* TreeBuilder::attributes(const char** i_Attributes, int32_t i_Count,
@@ -62,15 +68,10 @@ StringMap* TreeBuilder::attributes(const char** i_Attributes, int32_t i_Count,
   }
   m_AttributeStrings.assign(2 * static_cast<size_t>(i_Count), String());
   for (int32_t i = 0; i < i_Count; ++i) {
-    if (!internName(i_Attributes[2 * i], m_AttributeStrings[i])) {
+    if (!readName(i_Attributes[2 * i], m_AttributeStrings[i]) ||
+        !readValue(i_Attributes[2 * i + 1], m_AttributeStrings[i_Count + i])) {
       return nullptr;
     }
-    const char* pValue = i_Attributes[2 * i + 1];
-    m_Decoded.clear();
-    if (!decode(pValue, std::strlen(pValue), m_Decoded)) {
-      return nullptr;
-    }
-    m_AttributeStrings[i_Count + i] = String(m_Decoded);
   }
   const String* pStrings =
       m_pStorage->m_AttributeStrings.adopt(m_AttributeStrings.data(), m_AttributeStrings.size());
@@ -78,7 +79,9 @@ StringMap* TreeBuilder::attributes(const char** i_Attributes, int32_t i_Count,
 }
 
 bool TreeBuilder::startElement(const char* i_Name, const char** i_Attributes) {
-  flushText();
+  if (!flushText()) {
+    return false;
+  }
   if (m_OpenElements.size() >= static_cast<size_t>(NODE_READER_MAX_DEPTH)) {
     return refuse(String(L"elements nested deeper than " + std::to_wstring(NODE_READER_MAX_DEPTH) +
                          L" levels"));
@@ -89,7 +92,7 @@ bool TreeBuilder::startElement(const char* i_Name, const char** i_Attributes) {
                          L" attributes on one element"));
   }
   String name;
-  if (!internName(i_Name, name)) {
+  if (!readName(i_Name, name)) {
     return false;
   }
   // The numbers right after the element's own belong to its attributes.
@@ -116,7 +119,9 @@ bool TreeBuilder::startElement(const char* i_Name, const char** i_Attributes) {
 }
 
 bool TreeBuilder::endElement() {
-  flushText();
+  if (!flushText()) {
+    return false;
+  }
   if (m_OpenElements.empty()) {
     return refuse(String(L"end of an element that was not started"));
   }
@@ -134,19 +139,24 @@ bool TreeBuilder::endElement() {
 
 bool TreeBuilder::characters(const char* i_Text, int i_Length) {
   // Outside the root element there is only white space, which no node keeps.
-  return m_OpenElements.empty() || decode(i_Text, static_cast<size_t>(i_Length), m_Text);
+  if (!m_OpenElements.empty()) {
+    m_Text.append(i_Text, static_cast<size_t>(i_Length));
+  }
+  return true;
 }
 
 bool TreeBuilder::comment(const char* i_Text) {
   if (skips()) {
     return true;
   }
-  flushText();
-  m_Decoded.clear();
-  if (!decode(i_Text, std::strlen(i_Text), m_Decoded)) {
+  if (!flushText()) {
     return false;
   }
-  addChild(CommentNode, String(m_Decoded));
+  String text;
+  if (!read(i_Text, false, text)) {
+    return false;
+  }
+  addChild(CommentNode, text);
   return true;
 }
 
@@ -154,9 +164,11 @@ bool TreeBuilder::processingInstruction(const char* i_Target) {
   if (skips()) {
     return true;
   }
-  flushText();
+  if (!flushText()) {
+    return false;
+  }
   String target;
-  if (!internName(i_Target, target)) {
+  if (!readName(i_Target, target)) {
     return false;
   }
   addChild(ProcessingInstructionNode, target);
@@ -174,18 +186,27 @@ void TreeBuilder::addChild(int i_Type, const String& i_Name) {
                                                   m_OpenElements.back().m_pElement));
 }
 
-void TreeBuilder::flushText() {
+bool TreeBuilder::flushText() {
   if (m_Text.empty()) {
-    return;
+    return true;
   }
-  if (m_Options.m_KeepBlankText || !isBlank(m_Text)) {
-    String text(m_Text);
+  std::string_view text(m_Text);
+  const size_t first = text.find_first_not_of(XML_SPACE);
+  const bool isBlank = first == std::string_view::npos;
+  bool accepted = true;
+  if (!isBlank || m_Options.m_KeepBlankText) {
     if (m_Options.m_TrimText) {
-      text.trim();
+      text = isBlank ? std::string_view()
+                     : text.substr(first, text.find_last_not_of(XML_SPACE) - first + 1);
     }
-    addChild(TextNode, text);
+    String node;
+    accepted = readValue(text, node);
+    if (accepted) {
+      addChild(TextNode, node);
+    }
   }
   m_Text.clear();
+  return accepted;
 }
 
 std::unique_ptr<Node> TreeBuilder::finish() {

