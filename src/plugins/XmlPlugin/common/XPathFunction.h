@@ -96,6 +96,15 @@ class XPathFunctionFactory {
 // Truncates toward zero into the 32-bit range: values beyond it saturate, NaN gives 0.
 int32_t truncateToInt32(double i_Value);
 
+// A function that states its own argument bounds instead of following its count.
+template <int MIN, int MAX>
+class XPathBoundedFunction : public XPathFunction {
+ public:
+  using XPathFunction::XPathFunction;
+  int getMinArgumentsCount() const override { return MIN; }
+  int getMaxArgumentsCount() const override { return MAX; }
+};
+
 // ---- Operators ----
 
 // "=", "!=", "<", ">", "<=", ">=" (and the punctuation, which never evaluates).
@@ -109,12 +118,10 @@ class XPathFunction_logical_eq : public XPathFunction {
 class XPathFunction_logical : public XPathFunction_logical_eq {};
 
 // "+" and "-".
-class XPathFunction_aritmetical_plus : public XPathFunction {
+class XPathFunction_aritmetical_plus : public XPathBoundedFunction<1, 2> {
  public:
-  XPathFunction_aritmetical_plus() : XPathFunction(2) {}
+  XPathFunction_aritmetical_plus() : XPathBoundedFunction(2) {}
   TErrorCode evaluate() override;
-  int getMinArgumentsCount() const override;  // 1
-  int getMaxArgumentsCount() const override;  // 2
 };
 
 // "*", "div" and "mod".
@@ -145,28 +152,22 @@ class XPathFunction_position : public XPathFunction {
 };
 
 // Not supported: -102.
-class XPathFunction_localname : public XPathFunction {
+class XPathFunction_localname : public XPathBoundedFunction<0, 1> {
  public:
   TErrorCode evaluate() override;
-  int getMinArgumentsCount() const override;  // 0
-  int getMaxArgumentsCount() const override;  // 1
 };
 
-class XPathFunction_name : public XPathFunction {
+class XPathFunction_name : public XPathBoundedFunction<0, 1> {
  public:
   TErrorCode evaluate() override;
-  int getMinArgumentsCount() const override;  // 0
-  int getMaxArgumentsCount() const override;  // 1
 };
 
 // ---- String functions ----
 
 // "string": also the string value of nodes, which other functions and comparisons use.
-class XPathFunction_string : public XPathFunction {
+class XPathFunction_string : public XPathBoundedFunction<0, 1> {
  public:
   TErrorCode evaluate() override;
-  int getMinArgumentsCount() const override;  // 0
-  int getMaxArgumentsCount() const override;  // 1
 
   // Appends the texts of every text node in the subtree of i_pNode (itself included), in
   // document order. Iterative: deep trees cannot exhaust the stack.
@@ -179,11 +180,9 @@ class XPathFunction_string : public XPathFunction {
   static String getValueString(const XPathExpression* i_pValue);
 };
 
-class XPathFunction_concat : public XPathFunction {
+class XPathFunction_concat : public XPathBoundedFunction<2, -1> {
  public:
   TErrorCode evaluate() override;
-  int getMinArgumentsCount() const override;  // 2
-  int getMaxArgumentsCount() const override;  // -1
 };
 
 class XPathFunction_startsWith : public XPathFunction {
@@ -210,34 +209,25 @@ class XPathFunction_substringAfter : public XPathFunction {
   TErrorCode evaluate() override;
 };
 
-class XPathFunction_substring : public XPathFunction {
+class XPathFunction_substring : public XPathBoundedFunction<2, 3> {
  public:
-  XPathFunction_substring() : XPathFunction(2) {}
   TErrorCode evaluate() override;
-  int getMinArgumentsCount() const override;  // 2
-  int getMaxArgumentsCount() const override;  // 3
 };
 
-class XPathFunction_stringlength : public XPathFunction {
+class XPathFunction_stringlength : public XPathBoundedFunction<0, 1> {
  public:
   TErrorCode evaluate() override;
-  int getMinArgumentsCount() const override;  // 0
-  int getMaxArgumentsCount() const override;  // 1
 };
 
-class XPathFunction_normalizespace : public XPathFunction {
+class XPathFunction_normalizespace : public XPathBoundedFunction<0, 1> {
  public:
   TErrorCode evaluate() override;
-  int getMinArgumentsCount() const override;  // 0
-  int getMaxArgumentsCount() const override;  // 1
 };
 
 // Not supported: -102.
-class XPathFunction_translate : public XPathFunction {
+class XPathFunction_translate : public XPathBoundedFunction<3, 3> {
  public:
   TErrorCode evaluate() override;
-  int getMinArgumentsCount() const override;  // 3
-  int getMaxArgumentsCount() const override;  // 3
 };
 
 // ---- Boolean functions ----
@@ -273,32 +263,24 @@ struct NumberValue {
   bool m_NegativeZero;
 };
 
-class XPathFunction_number : public XPathFunction {
+class XPathFunction_number : public XPathBoundedFunction<0, 1> {
  public:
-  TErrorCode evaluate() override;             // NaN without an argument
-  int getMinArgumentsCount() const override;  // 0
-  int getMaxArgumentsCount() const override;  // 1
+  TErrorCode evaluate() override;  // NaN without an argument
 
   // The number a value stands for; NaN when it has none.
   static NumberValue toNumber(const XPathExpression* i_pValue);
 };
 
-class XPathFunction_sum : public XPathFunction {
+class XPathFunction_sum : public XPathBoundedFunction<1, 1> {
  public:
-  XPathFunction_sum() : XPathFunction(1) {}
   TErrorCode evaluate() override;
-  int getMinArgumentsCount() const override;  // 1
-  int getMaxArgumentsCount() const override;  // 1
 };
 
 // "floor", "ceiling" and "round": a special number passes through, an ordinary one is
 // rounded to a whole number by the subclass.
-class XPathFunction_rounding : public XPathFunction {
+class XPathFunction_rounding : public XPathBoundedFunction<1, 1> {
  public:
-  XPathFunction_rounding() : XPathFunction(1) {}
   TErrorCode evaluate() override;
-  int getMinArgumentsCount() const override;  // 1
-  int getMaxArgumentsCount() const override;  // 1
 
  protected:
   virtual double roundValue(double i_Value) const = 0;

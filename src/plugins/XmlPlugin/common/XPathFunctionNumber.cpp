@@ -39,14 +39,6 @@ TErrorCode XPathFunction_logical_eq::evaluate() {
   return 0;
 }
 
-int XPathFunction_aritmetical_plus::getMinArgumentsCount() const {
-  return 1;
-}
-
-int XPathFunction_aritmetical_plus::getMaxArgumentsCount() const {
-  return 2;
-}
-
 TErrorCode XPathFunction_aritmetical_plus::evaluate() {
   const XPathExpression* pLeft = getParameter(1);
   const XPathExpression* pRight = getParameter(0);
@@ -132,24 +124,8 @@ TErrorCode XPathFunction_position::evaluate() {
   return 0;
 }
 
-int XPathFunction_localname::getMinArgumentsCount() const {
-  return 0;
-}
-
-int XPathFunction_localname::getMaxArgumentsCount() const {
-  return 1;
-}
-
 TErrorCode XPathFunction_localname::evaluate() {
   return HOST_ERROR_NOT_SUPPORTED;
-}
-
-int XPathFunction_name::getMinArgumentsCount() const {
-  return 0;
-}
-
-int XPathFunction_name::getMaxArgumentsCount() const {
-  return 1;
 }
 
 TErrorCode XPathFunction_name::evaluate() {
@@ -204,14 +180,6 @@ TErrorCode XPathFunction_not::evaluate() {
 
 // ---- Number functions ----
 
-int XPathFunction_number::getMinArgumentsCount() const {
-  return 0;
-}
-
-int XPathFunction_number::getMaxArgumentsCount() const {
-  return 1;
-}
-
 NumberValue XPathFunction_number::toNumber(const XPathExpression* i_pValue) {
   Trace trace(Tracer::getInstance(TRACE_COMPONENT), "XPathFunction_number::toNumber");
   switch (i_pValue->getDataType()) {
@@ -243,14 +211,6 @@ TErrorCode XPathFunction_number::evaluate() {
   return 0;
 }
 
-int XPathFunction_sum::getMinArgumentsCount() const {
-  return 1;
-}
-
-int XPathFunction_sum::getMaxArgumentsCount() const {
-  return 1;
-}
-
 TErrorCode XPathFunction_sum::evaluate() {
   Trace trace(Tracer::getInstance(TRACE_COMPONENT), "XPathFunction_sum::evaluate");
   const XPathExpression* pValue = getParameter(0);
@@ -272,14 +232,6 @@ TErrorCode XPathFunction_sum::evaluate() {
   }
   createOutputExpression(total, NumbType, false);
   return 0;
-}
-
-int XPathFunction_rounding::getMinArgumentsCount() const {
-  return 1;
-}
-
-int XPathFunction_rounding::getMaxArgumentsCount() const {
-  return 1;
 }
 
 TErrorCode XPathFunction_rounding::evaluate() {

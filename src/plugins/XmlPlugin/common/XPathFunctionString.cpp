@@ -40,14 +40,6 @@ String contextString(const Node* i_pNode) {
 
 // ---- string ----
 
-int XPathFunction_string::getMinArgumentsCount() const {
-  return 0;
-}
-
-int XPathFunction_string::getMaxArgumentsCount() const {
-  return 1;
-}
-
 void XPathFunction_string::getTextFromNode(const Node* i_pNode, String& o_Output) {
   std::vector<const Node*> pending;
   if (i_pNode != nullptr) {
@@ -107,14 +99,6 @@ TErrorCode XPathFunction_string::evaluate() {
 
 // ---- concat ----
 
-int XPathFunction_concat::getMinArgumentsCount() const {
-  return 2;
-}
-
-int XPathFunction_concat::getMaxArgumentsCount() const {
-  return -1;
-}
-
 TErrorCode XPathFunction_concat::evaluate() {
   String result;
   for (size_t i = getParametersCount(); i > 0; --i) {
@@ -156,14 +140,6 @@ TErrorCode XPathFunction_substringAfter::evaluate() {
 
 // ---- substring ----
 
-int XPathFunction_substring::getMinArgumentsCount() const {
-  return 2;
-}
-
-int XPathFunction_substring::getMaxArgumentsCount() const {
-  return 3;
-}
-
 TErrorCode XPathFunction_substring::evaluate() {
   const bool hasLength = getParametersCount() == 3;
   const String text = getParameter(hasLength ? 2 : 1)->GetExpressionString();
@@ -197,27 +173,11 @@ TErrorCode XPathFunction_substring::evaluate() {
 
 // ---- string-length, normalize-space, translate ----
 
-int XPathFunction_stringlength::getMinArgumentsCount() const {
-  return 0;
-}
-
-int XPathFunction_stringlength::getMaxArgumentsCount() const {
-  return 1;
-}
-
 TErrorCode XPathFunction_stringlength::evaluate() {
   const String text = getParametersCount() == 0 ? contextString(getStartNode())
                                                 : getParameter(0)->GetExpressionString();
   createOutputExpression(static_cast<double>(text.length()), NumbType, false);
   return 0;
-}
-
-int XPathFunction_normalizespace::getMinArgumentsCount() const {
-  return 0;
-}
-
-int XPathFunction_normalizespace::getMaxArgumentsCount() const {
-  return 1;
 }
 
 TErrorCode XPathFunction_normalizespace::evaluate() {
@@ -241,14 +201,6 @@ TErrorCode XPathFunction_normalizespace::evaluate() {
   }
   createOutputExpression(result);
   return 0;
-}
-
-int XPathFunction_translate::getMinArgumentsCount() const {
-  return 3;
-}
-
-int XPathFunction_translate::getMaxArgumentsCount() const {
-  return 3;
 }
 
 TErrorCode XPathFunction_translate::evaluate() {

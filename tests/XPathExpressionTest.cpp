@@ -1,0 +1,132 @@
+// Typed values: quote stripping, the conversions, copying and the item factory.
+#include <gtest/gtest.h>
+
+#include <limits>
+#include <memory>
+
+#include "XPathArgument.h"
+#include "XPathExpression.h"
+#include "XPathFunctionCall.h"
+#include "XmlPluginConstants.h"
+
+using namespace XmlPlugin;
+
+TEST(XPathExpressionTest, CutQuota) {
+  const struct {
+    const wchar_t* m_Text;
+    const wchar_t* m_Expected;
+  } rows[] = {
+      {L"'abc'", L"abc"}, {L"\"a'b\"", L"a'b"}, {L"'abc\"", L"'abc\""}, {L"abc", L"abc"},
+      {L"", L""},         {L"'", L""},          {L"''", L""},
+  };
+  for (const auto& row : rows) {
+    EXPECT_EQ(XPathExpression::CutQuota(row.m_Text), String(row.m_Expected))
+        << String(row.m_Text).toNarrow();
+  }
+}
+
+TEST(XPathExpressionTest, SetExpressionNumbReadsTheLeadingNumeral) {
+  const struct {
+    const wchar_t* m_Text;
+    double m_Expected;
+  } rows[] = {{L"12abc", 12},
+              {L"' 2.5 '", 2.5},
+              {L"-.5", -0.5},
+              {L"abc", 7},
+              {L"1e400", std::numeric_limits<double>::max()}};
+  for (const auto& row : rows) {
+    XPathExpression value(7.0);
+    value.SetExpressionNumb(row.m_Text);
+    EXPECT_EQ(value.GetExpressionNumb(), row.m_Expected) << String(row.m_Text).toNarrow();
+    EXPECT_EQ(value.GetExpression(), String()) << "the text is not changed";
+  }
+}
+
+TEST(XPathExpressionTest, Conversions) {
+  const struct {
+    const wchar_t* m_Value;
+    double m_Number;
+    int m_Bool;
+    const char* m_String;
+  } rows[] = {
+      {L"'0'", 0, 1, "0"},
+      {L"0", 0, 0, "0"},
+      {L"-0", 0, 0, "0"},
+      {L"2.5", 2.5, 1, "2.5"},
+      {L"NaN", 0, 0, "NaN"},
+      {L"-Infinity", 0, 1, "-Infinity"},
+      {L"Infinity", 0, 1, "Infinity"},
+      {L"'abc'", 0, 1, "abc"},
+      {L"''", 0, 0, ""},
+      {L"{a,b,c}", 3, 1, ""},
+      {L"{}", 0, 0, ""},
+      {L"true()", 1, 1, "1"},
+      {L"false()", 0, 0, "0"},
+  };
+  for (const auto& row : rows) {
+    std::unique_ptr<XPathExpression> pValue = FunctionCall::makeValue(row.m_Value);
+    SCOPED_TRACE(String(row.m_Value).toNarrow());
+    EXPECT_EQ(pValue->GetExpressionNumb(), row.m_Number);
+    EXPECT_EQ(pValue->GetExpressionBool(), row.m_Bool);
+    EXPECT_EQ(pValue->GetExpressionString().toNarrow(), row.m_String);
+  }
+}
+
+TEST(XPathExpressionTest, KindOverridesTheTextOfANumber) {
+  XPathArgument value(L"42");
+  value.setNumbType(NInfinity);
+  EXPECT_EQ(value.GetExpressionString(), String(L"-Infinity"));
+  value.setDataType(StringType);
+  EXPECT_EQ(value.GetExpressionString(), String(L"42"));
+}
+
+TEST(XPathExpressionTest, CopyKeepsTheValueAndOwnsItsContext) {
+  std::unique_ptr<XPathExpression> pSource = FunctionCall::makeValue(L"{a,b}");
+  pSource->setRootPosition(3);
+  Node node(ElementNode, L"e", 4, nullptr, nullptr);
+  std::list<Node*> siblings{&node};
+  pSource->setStartNode(&node);
+  pSource->setSiblings(&siblings);
+
+  XPathExpression copy(*pSource);
+  EXPECT_EQ(copy.getDataType(), NodeSetType);
+  EXPECT_EQ(copy.getRootPosition(), 3);
+  EXPECT_TRUE(copy.getOutputNodesList().empty());
+  ASSERT_NE(copy.getStartNode(), &node);
+  EXPECT_EQ(copy.getStartNode()->m_Name, String(L"e"));
+  EXPECT_EQ(*copy.getSiblings(), siblings);
+
+  XPathExpression target(L"'x'");
+  target = copy;
+  EXPECT_EQ(target.GetExpression(), String());
+  EXPECT_EQ(target.getStartNode()->m_Index, 4);
+}
+
+TEST(XPathExpressionTest, BaseItemDoesNotEvaluate) {
+  XPathExpression item;
+  EXPECT_EQ(item.evaluate({}), HOST_ERROR_NOT_SUPPORTED);
+  EXPECT_EQ(item.getOutputArgument(), nullptr);
+  EXPECT_FALSE(item.isOperator());
+}
+
+TEST(XPathExpressionTest, CreateMakesOperatorsAndOperands) {
+  const struct {
+    const wchar_t* m_Token;
+    const wchar_t* m_Next;
+    bool m_Operator;
+    XPathDataType m_Type;
+  } rows[] = {
+      {L"count", L"(", true, BooleanType}, {L"count", L"/", false, NodeSetType},
+      {L"div", L"", true, BooleanType},    {L"'12'", L"", false, NumberType},
+      {L"'ab'", L"", false, StringType},   {L"a/b[1]", L"", false, NodeSetType},
+  };
+  for (const auto& row : rows) {
+    std::unique_ptr<XPathExpression> pItem(
+        XPathExpression::create(row.m_Token, row.m_Next, nullptr));
+    EXPECT_EQ(pItem->isOperator(), row.m_Operator) << String(row.m_Token).toNarrow();
+    EXPECT_EQ(pItem->GetExpression(), String(row.m_Token));
+    if (!row.m_Operator) {
+      EXPECT_EQ(pItem->getDataType(), row.m_Type) << String(row.m_Token).toNarrow();
+    }
+  }
+}
