@@ -1,23 +1,814 @@
+// The recognizer. Every production is measured through measure(), which memoises it, and
+// emitted through emit(), which runs it with i_Consume only where it measured a match.
+//
+// Alternatives. Where a production has alternatives, their lengths are combined with a
+// bitwise OR instead of taking the longest match: as node tests text() and node() measure 6
+// (name test 4 | node type 6) and pass, comment() measures 15 (7 | 9) and
+// processing-instruction() 30 (22 | 24), and both fail. An alternative counts only when all
+// its required parts match ("/" without a relative path after it counts nothing), except
+// that an axis name counts without its "::" ("parentNode" is the axis name "parent" and the
+// name test "Node"; "child" alone leaves no node test and fails). A shorter form of an
+// alternative that matched is not tried: "." after "..", a bare filter expression after one
+// followed by a path, a location path where a filter expression (a function call) starts.
+//
+// Positions only grow, and an OR of lengths can carry one past the end of the text; every
+// character access is bounds-checked and nothing matches there.
 #include "XPathTokenizer.h"
 
+#include "XPathArgument.h"
+#include "XPathNameCharClasses.h"
+#include "XPathOperator.h"
 #include "XmlPluginConstants.h"
 
 namespace XmlPlugin {
 
-XPathTokenizer::XPathTokenizer(const String&) {}
+namespace {
+
+// Keyword tables: a lookup takes the first entry that matches, so their order matters.
+const std::initializer_list<const wchar_t*> AXIS_NAMES = {L"ancestor-or-self",
+                                                          L"ancestor",
+                                                          L"attribute",
+                                                          L"child",
+                                                          L"descendant",
+                                                          L"descendant-or-self",
+                                                          L"following",
+                                                          L"following-sibling",
+                                                          L"namespace",
+                                                          L"parent",
+                                                          L"preceding-sibling",
+                                                          L"preceding",
+                                                          L"self"};
+const std::initializer_list<const wchar_t*> FUNCTION_NAMES = {L"starts-with",
+                                                              L"substring-after",
+                                                              L"substring-before",
+                                                              L"substring",
+                                                              L"string-length",
+                                                              L"normalize-space",
+                                                              L"translate",
+                                                              L"local-name",
+                                                              L"name",
+                                                              L"concat",
+                                                              L"contains",
+                                                              L"floor",
+                                                              L"string",
+                                                              L"number",
+                                                              L"boolean",
+                                                              L"sum",
+                                                              L"ceiling",
+                                                              L"position",
+                                                              L"last",
+                                                              L"count",
+                                                              L"round",
+                                                              L"not",
+                                                              L"true",
+                                                              L"false"};
+const std::initializer_list<const wchar_t*> NODE_TYPES = {L"comment()", L"text()",
+                                                          L"processing-instruction()", L"node()"};
+
+const wchar_t BLANK = L' ';
+
+// Restores the nesting depth however a production returns.
+class NestingLevel {
+ public:
+  explicit NestingLevel(int& io_Nesting) : m_Nesting(io_Nesting) { ++m_Nesting; }
+  ~NestingLevel() { --m_Nesting; }
+  NestingLevel(const NestingLevel&) = delete;
+  NestingLevel& operator=(const NestingLevel&) = delete;
+  // The wrapping parentheses add one level to what the text itself nests.
+  bool isTooDeep() const { return m_Nesting > XPATH_MAX_NESTING + 1; }
+
+ private:
+  int& m_Nesting;
+};
+
+}  // namespace
+
+const XPathTokenizer::ProductionEntry XPathTokenizer::PRODUCTIONS[PRODUCTION_COUNT] = {
+    {&XPathTokenizer::isUnionExpr, "XPathTokenizer::isUnionExpr"},
+    {&XPathTokenizer::isPathExpr, "XPathTokenizer::isPathExpr"},
+    {&XPathTokenizer::isFilterExpr, "XPathTokenizer::isFilterExpr"},
+    {&XPathTokenizer::isOrExpr, "XPathTokenizer::isOrExpr"},
+    {&XPathTokenizer::isAndExpr, "XPathTokenizer::isAndExpr"},
+    {&XPathTokenizer::isEqualityExpr, "XPathTokenizer::isEqualityExpr"},
+    {&XPathTokenizer::isRelationalExpr, "XPathTokenizer::isRelationalExpr"},
+    {&XPathTokenizer::isAdditiveExpr, "XPathTokenizer::isAdditiveExpr"},
+    {&XPathTokenizer::isMultiplicativeExpr, "XPathTokenizer::isMultiplicativeExpr"},
+    {&XPathTokenizer::isUnaryExpr, "XPathTokenizer::isUnaryExpr"},
+    {&XPathTokenizer::isExpr, "XPathTokenizer::isExpr"},
+    {&XPathTokenizer::isPrimaryExpr, "XPathTokenizer::isPrimaryExpr"},
+    {&XPathTokenizer::isFunctionCall, "XPathTokenizer::isFunctionCall"},
+    {&XPathTokenizer::isArgument, "XPathTokenizer::isArgument"},
+    {&XPathTokenizer::isLocationPath, "XPathTokenizer::isLocationPath"},
+    {&XPathTokenizer::isAbsoluteLocationPath, "XPathTokenizer::isAbsoluteLocationPath"},
+    {&XPathTokenizer::isRelativeLocationPath, "XPathTokenizer::isRelativeLocationPath"},
+    {&XPathTokenizer::isAbbreviatedAbsoluteLocationPath,
+     "XPathTokenizer::isAbbreviatedAbsoluteLocationPath"},
+    {&XPathTokenizer::isStep, "XPathTokenizer::isStep"},
+    {&XPathTokenizer::isAxisSpecifier, "XPathTokenizer::isAxisSpecifier"},
+    {&XPathTokenizer::isAxisName, "XPathTokenizer::isAxisName"},
+    {&XPathTokenizer::isAbbreviatedAxisSpecifier, "XPathTokenizer::isAbbreviatedAxisSpecifier"},
+    {&XPathTokenizer::isAbbreviatedStep, "XPathTokenizer::isAbbreviatedStep"},
+    {&XPathTokenizer::isNodeTest, "XPathTokenizer::isNodeTest"},
+    {&XPathTokenizer::isNodeType, "XPathTokenizer::isNodeType"},
+    {&XPathTokenizer::isNameTest, "XPathTokenizer::isNameTest"},
+    {&XPathTokenizer::isPredicate, "XPathTokenizer::isPredicate"},
+    {&XPathTokenizer::isPredicateExpr, "XPathTokenizer::isPredicateExpr"},
+    {&XPathTokenizer::isLiteral, "XPathTokenizer::isLiteral"},
+    {&XPathTokenizer::isNumber, "XPathTokenizer::isNumber"},
+    {&XPathTokenizer::isDigits, "XPathTokenizer::isDigits"},
+    {&XPathTokenizer::isFunctionName, "XPathTokenizer::isFunctionName"},
+    {&XPathTokenizer::isVariableReference, "XPathTokenizer::isVariableReference"},
+    {&XPathTokenizer::isQName, "XPathTokenizer::isQName"},
+    {&XPathTokenizer::isPrefixName, "XPathTokenizer::isPrefixName"},
+    {&XPathTokenizer::isUnprefixedName, "XPathTokenizer::isUnprefixedName"},
+    {&XPathTokenizer::isPrefix, "XPathTokenizer::isPrefix"},
+    {&XPathTokenizer::isLocalPart, "XPathTokenizer::isLocalPart"},
+    {&XPathTokenizer::isNCName, "XPathTokenizer::isNCName"},
+};
+
+XPathTokenizer::XPathTokenizer(const String& i_XPath)
+    : m_Tracer(Tracer::getInstance(TRACE_COMPONENT)),
+      m_XPath(String(L"(").concat(i_XPath).concat(L')')),
+      m_pText(m_XPath.c_str()),
+      m_Length(m_XPath.length()) {
+  Trace trace(m_Tracer, "XPathTokenizer::XPathTokenizer");
+  HOST_TRACE(trace, 3) << " xpath to XPathTokenizer " << i_XPath;
+}
 
 XPathTokenizer::~XPathTokenizer() = default;
 
 TErrorCode XPathTokenizer::start() {
-  return XML_PLUGIN_ERROR_XPATH_WRONG_EXPRESSION;
+  Trace trace(m_Tracer, "XPathTokenizer::start");
+  if (m_Length > XPATH_MAX_LENGTH) {
+    reject();
+  }
+  const int measured = m_Status == 0 ? measure(UnionExpr, 0) : 0;
+  HOST_TRACE(trace, 3) << " First Parsing ret = " << measured;
+  if (measured == m_Length && m_Status == 0) {
+    HOST_TRACE(trace, 3) << "ret and xpath.length() are equal ";
+    emit(UnionExpr, 0);
+  } else {
+    HOST_TRACE(trace, 3) << "ret and xpath.length() are different";
+    reject();
+  }
+  if (m_Status == 0) {
+    mergeXPath();
+    if (m_ExprVector.size() >= 2) {
+      m_OutVector.assign(m_ExprVector.begin() + 1, m_ExprVector.end() - 1);
+    }
+  }
+  HOST_TRACE(trace, 3) << "result = " << m_Status;
+  return m_Status;
 }
 
 std::vector<XPathExpression*> XPathTokenizer::getExpressionVector() {
-  return {};
+  return m_OutVector;
 }
 
 std::vector<std::unique_ptr<XPathExpression>> XPathTokenizer::releaseItems() {
-  return {};
+  return std::move(m_Items);
+}
+
+// ---- Expressions
+
+// UnionExpr ::= PathExpr ( "|" PathExpr )*
+int XPathTokenizer::isUnionExpr(int i_Position, bool i_Consume) {
+  return operatorChain(i_Position, i_Consume, PathExpr, {L"|"}, PlainChain);
+}
+
+// PathExpr ::= FilterExpr ( ( "//" | "/" ) RelativeLocationPath )? | LocationPath
+// The relative path after a filter expression emits nothing.
+int XPathTokenizer::isPathExpr(int i_Position, bool i_Consume) {
+  const int filter = measure(FilterExpr, i_Position);
+  if (filter == 0) {
+    return delegate(LocationPath, i_Position, i_Consume);
+  }
+  const wchar_t* pSeparator = nullptr;
+  int separator = matchFirst(i_Position + filter, {L"//", L"/"}, &pSeparator);
+  const int relative =
+      separator != 0 ? measure(RelativeLocationPath, i_Position + filter + separator) : 0;
+  if (relative == 0) {
+    separator = 0;
+  }
+  if (i_Consume) {
+    emit(FilterExpr, i_Position);
+    if (separator != 0) {
+      emitToken(pSeparator, nullptr);
+    }
+  }
+  return filter + separator + relative;
+}
+
+// FilterExpr ::= PrimaryExpr Predicate*
+int XPathTokenizer::isFilterExpr(int i_Position, bool i_Consume) {
+  int length = delegate(PrimaryExpr, i_Position, i_Consume);
+  if (length == 0) {
+    return 0;
+  }
+  while (const int predicate = delegate(Predicate, i_Position + length, i_Consume)) {
+    length += predicate;
+  }
+  return length;
+}
+
+// OrExpr ::= AndExpr ( "or" AndExpr )*
+int XPathTokenizer::isOrExpr(int i_Position, bool i_Consume) {
+  // Every nested expression passes here, so this bounds the recursion.
+  NestingLevel level(m_Nesting);
+  if (level.isTooDeep()) {
+    reject();
+    return 0;
+  }
+  return operatorChain(i_Position, i_Consume, AndExpr, {L"or"}, PlainChain);
+}
+
+// AndExpr ::= EqualityExpr ( "and" EqualityExpr )*
+int XPathTokenizer::isAndExpr(int i_Position, bool i_Consume) {
+  return operatorChain(i_Position, i_Consume, EqualityExpr, {L"and"}, AndChainSlip);
+}
+
+// EqualityExpr ::= RelationalExpr ( ( "!=" | "=" ) RelationalExpr )*
+int XPathTokenizer::isEqualityExpr(int i_Position, bool i_Consume) {
+  return operatorChain(i_Position, i_Consume, RelationalExpr, {L"!=", L"="}, PlainChain);
+}
+
+// RelationalExpr ::= AdditiveExpr ( ( "<=" | ">=" | "<" | ">" ) AdditiveExpr )*
+int XPathTokenizer::isRelationalExpr(int i_Position, bool i_Consume) {
+  return operatorChain(i_Position, i_Consume, AdditiveExpr, {L"<=", L">=", L"<", L">"}, PlainChain);
+}
+
+// AdditiveExpr ::= MultiplicativeExpr ( ( "+" | "-" ) MultiplicativeExpr )*
+int XPathTokenizer::isAdditiveExpr(int i_Position, bool i_Consume) {
+  return operatorChain(i_Position, i_Consume, MultiplicativeExpr, {L"+", L"-"}, PlainChain);
+}
+
+// MultiplicativeExpr ::= UnaryExpr ( ( "*" | "div" | "mod" ) UnaryExpr )*
+int XPathTokenizer::isMultiplicativeExpr(int i_Position, bool i_Consume) {
+  return operatorChain(i_Position, i_Consume, UnaryExpr, {L"*", L"div", L"mod"},
+                       MultiplicativeChainRetry);
+}
+
+// UnaryExpr ::= "-"* UnionExpr
+// An odd number of signs emits ( 0 - UnionExpr ), the 0 a negative zero.
+int XPathTokenizer::isUnaryExpr(int i_Position, bool i_Consume) {
+  int signs = 0;
+  int length = 0;
+  while (const int sign = isCharacter(i_Position + length, L"-", false)) {
+    length += sign;
+    ++signs;
+  }
+  const int operand = measure(UnionExpr, i_Position + length);
+  if (operand == 0) {
+    return 0;
+  }
+  if (i_Consume) {
+    const bool odd = signs % 2 != 0;
+    negativeNumberEvaluate(odd);
+    emit(UnionExpr, i_Position + length);
+    if (odd) {
+      emitToken(L")", nullptr);
+    }
+  }
+  return length + operand;
+}
+
+// Expr ::= OrExpr
+int XPathTokenizer::isExpr(int i_Position, bool i_Consume) {
+  return delegate(OrExpr, i_Position, i_Consume);
+}
+
+// PrimaryExpr ::= VariableReference | "(" Expr ")" | FunctionCall | Literal | Number
+int XPathTokenizer::isPrimaryExpr(int i_Position, bool i_Consume) {
+  int length = delegate(VariableReference, i_Position, i_Consume);
+  length |= sequence(i_Position, i_Consume, {L"(", Expr, L")"});
+  length |= delegate(FunctionCall, i_Position, i_Consume);
+  length |= delegate(Literal, i_Position, i_Consume);
+  return length | delegate(Number, i_Position, i_Consume);
+}
+
+// FunctionCall ::= FunctionName "(" ( Argument ( "," Argument )* )? ")"
+// The "(" is made with the function as its neighbour, which marks it as opening an argument
+// list; the function's argument count becomes the number of arguments written.
+int XPathTokenizer::isFunctionCall(int i_Position, bool i_Consume) {
+  const int name = measure(FunctionName, i_Position);
+  const int open = name != 0 ? isCharacter(i_Position + name, L"(", false) : 0;
+  if (open == 0) {
+    return 0;
+  }
+  XPathOperator* pFunction = nullptr;
+  if (i_Consume) {
+    emit(FunctionName, i_Position);
+    XPathExpression* pName = m_ExprVector.back();
+    pFunction = dynamic_cast<XPathOperator*>(pName);
+    emitToken(L"(", pName);
+  }
+  int length = name + open;
+  int arguments = 0;
+  int argument = measure(Argument, i_Position + length);
+  while (argument != 0) {
+    if (i_Consume) {
+      emit(Argument, i_Position + length);
+      if (pFunction != nullptr) {
+        pFunction->setArgumentsCount(++arguments);
+      }
+    }
+    length += argument;
+    const int comma = isCharacter(i_Position + length, L",", false);
+    argument = comma != 0 ? measure(Argument, i_Position + length + comma) : 0;
+    if (argument != 0) {
+      length += isCharacter(i_Position + length, L",", i_Consume);
+    }
+  }
+  const int close = isCharacter(i_Position + length, L")", false);
+  if (close == 0) {
+    return 0;
+  }
+  return length + isCharacter(i_Position + length, L")", i_Consume);
+}
+
+// Argument ::= Expr
+int XPathTokenizer::isArgument(int i_Position, bool i_Consume) {
+  return delegate(Expr, i_Position, i_Consume);
+}
+
+// ---- Location paths: one operand with the whole text, blanks before it included.
+
+// LocationPath ::= RelativeLocationPath | AbsoluteLocationPath
+int XPathTokenizer::isLocationPath(int i_Position, bool i_Consume) {
+  int length = measure(RelativeLocationPath, i_Position);
+  if (length == 0) {
+    length = measure(AbsoluteLocationPath, i_Position);
+  }
+  if (i_Consume && length != 0) {
+    emitOperand(sourceText(i_Position, length));
+  }
+  return length;
+}
+
+// AbsoluteLocationPath ::= AbbreviatedAbsoluteLocationPath | "/" RelativeLocationPath
+int XPathTokenizer::isAbsoluteLocationPath(int i_Position, bool) {
+  return measure(AbbreviatedAbsoluteLocationPath, i_Position) |
+         sequence(i_Position, false, {L"/", RelativeLocationPath});
+}
+
+// RelativeLocationPath ::= Step ( ( "//" | "/" ) Step )*
+int XPathTokenizer::isRelativeLocationPath(int i_Position, bool) {
+  return operatorChain(i_Position, false, Step, {L"//", L"/"}, PlainChain);
+}
+
+// AbbreviatedAbsoluteLocationPath ::= "//" RelativeLocationPath
+int XPathTokenizer::isAbbreviatedAbsoluteLocationPath(int i_Position, bool) {
+  return sequence(i_Position, false, {L"//", RelativeLocationPath});
+}
+
+// Step ::= AxisSpecifier NodeTest Predicate* | AbbreviatedStep
+int XPathTokenizer::isStep(int i_Position, bool) {
+  const int axis = measure(AxisSpecifier, i_Position);
+  int step = measure(NodeTest, i_Position + axis);
+  if (step != 0) {
+    step += axis;
+    while (const int predicate = measure(Predicate, i_Position + step)) {
+      step += predicate;
+    }
+  }
+  return step | measure(AbbreviatedStep, i_Position);
+}
+
+// AxisSpecifier ::= AxisName "::"? | AbbreviatedAxisSpecifier | (empty)
+// Deliberately counts an axis name that no "::" follows.
+int XPathTokenizer::isAxisSpecifier(int i_Position, bool) {
+  int axis = measure(AxisName, i_Position);
+  if (axis != 0) {
+    axis += isCharacter(i_Position + axis, L"::", false);
+  }
+  return axis | measure(AbbreviatedAxisSpecifier, i_Position);
+}
+
+// AxisName ::= the first entry of AXIS_NAMES the text continues with
+int XPathTokenizer::isAxisName(int i_Position, bool) {
+  return matchFirst(i_Position, AXIS_NAMES, nullptr);
+}
+
+// AbbreviatedAxisSpecifier ::= "@"
+int XPathTokenizer::isAbbreviatedAxisSpecifier(int i_Position, bool) {
+  return isCharacter(i_Position, L"@", false);
+}
+
+// AbbreviatedStep ::= ".." | "."
+int XPathTokenizer::isAbbreviatedStep(int i_Position, bool) {
+  const int parent = isCharacter(i_Position, L"..", false);
+  return parent != 0 ? parent : isCharacter(i_Position, L".", false);
+}
+
+// NodeTest ::= NodeType | NameTest | "processing-instruction" "(" Literal ")"
+int XPathTokenizer::isNodeTest(int i_Position, bool) {
+  return measure(NodeType, i_Position) | measure(NameTest, i_Position) |
+         sequence(i_Position, false, {L"processing-instruction", L"(", Literal, L")"});
+}
+
+// NodeType ::= the first entry of NODE_TYPES ("comment()", "text()", ...) the text
+// continues with
+int XPathTokenizer::isNodeType(int i_Position, bool) {
+  return matchFirst(i_Position, NODE_TYPES, nullptr);
+}
+
+// NameTest ::= "*" | NCName ":" "*" | QName   (the first that matches)
+int XPathTokenizer::isNameTest(int i_Position, bool) {
+  if (const int any = isCharacter(i_Position, L"*", false)) {
+    return any;
+  }
+  if (const int anyLocal = sequence(i_Position, false, {NCName, L":", L"*"})) {
+    return anyLocal;
+  }
+  return measure(QName, i_Position);
+}
+
+// Predicate ::= "[" PredicateExpr "]"
+int XPathTokenizer::isPredicate(int i_Position, bool i_Consume) {
+  return sequence(i_Position, i_Consume, {L"[", PredicateExpr, L"]"});
+}
+
+// PredicateExpr ::= Expr
+int XPathTokenizer::isPredicateExpr(int i_Position, bool i_Consume) {
+  return delegate(Expr, i_Position, i_Consume);
+}
+
+// ---- Tokens. Their operands carry their own text, without the blanks before it.
+
+// Literal ::= '"' [^"]* '"' | "'" [^']* "'"
+int XPathTokenizer::isLiteral(int i_Position, bool i_Consume) {
+  const int start = i_Position + countBlanks(i_Position);
+  const wchar_t quote = charAt(start);
+  if (quote != L'"' && quote != L'\'') {
+    return 0;
+  }
+  int end = start + 1;
+  while (end < m_Length && charAt(end) != quote) {
+    ++end;
+  }
+  if (end >= m_Length) {
+    return 0;
+  }
+  const int length = end + 1 - i_Position;
+  if (i_Consume) {
+    emitOperand(tokenText(i_Position, length));
+  }
+  return length;
+}
+
+// Number ::= Digits ( "." Digits? )?
+// A number starts with a digit: ".5" is not one.
+int XPathTokenizer::isNumber(int i_Position, bool i_Consume) {
+  const int blanks = countBlanks(i_Position);
+  const int digits = measure(Digits, i_Position + blanks);
+  if (digits == 0) {
+    return 0;
+  }
+  int length = blanks + digits;
+  if (const int point = isCharacter(i_Position + length, L".", false)) {
+    length += point;
+    length += measure(Digits, i_Position + length);
+  }
+  if (i_Consume) {
+    emitOperand(tokenText(i_Position, length));
+  }
+  return length;
+}
+
+// Digits ::= Digit+
+int XPathTokenizer::isDigits(int i_Position, bool) {
+  int length = 0;
+  while (isDigit(i_Position + length, false) != 0) {
+    ++length;
+  }
+  return length;
+}
+
+// FunctionName ::= the first entry of FUNCTION_NAMES the text continues with
+// Emits the function's operator; a function call always has "(" next.
+int XPathTokenizer::isFunctionName(int i_Position, bool i_Consume) {
+  const wchar_t* pName = nullptr;
+  const int length = matchFirst(i_Position, FUNCTION_NAMES, &pName);
+  if (i_Consume && length != 0) {
+    addItem(XPathExpression::create(String(pName), String(L"("), nullptr));
+  }
+  return length;
+}
+
+// VariableReference ::= "$" QName   (recognised; no variable is ever bound)
+int XPathTokenizer::isVariableReference(int i_Position, bool i_Consume) {
+  return sequence(i_Position, i_Consume, {L"$", QName});
+}
+
+// QName ::= PrefixName | UnprefixedName   (emitted as one operand)
+int XPathTokenizer::isQName(int i_Position, bool i_Consume) {
+  int length = measure(PrefixName, i_Position);
+  if (length == 0) {
+    length = measure(UnprefixedName, i_Position);
+  }
+  if (i_Consume && length != 0) {
+    emitOperand(tokenText(i_Position, length));
+  }
+  return length;
+}
+
+// PrefixName ::= Prefix ":" LocalPart
+int XPathTokenizer::isPrefixName(int i_Position, bool) {
+  return sequence(i_Position, false, {Prefix, L":", LocalPart});
+}
+
+// UnprefixedName ::= LocalPart
+int XPathTokenizer::isUnprefixedName(int i_Position, bool) {
+  return measure(LocalPart, i_Position);
+}
+
+// Prefix ::= NCName
+int XPathTokenizer::isPrefix(int i_Position, bool) {
+  return measure(NCName, i_Position);
+}
+
+// LocalPart ::= NCName
+int XPathTokenizer::isLocalPart(int i_Position, bool) {
+  return measure(NCName, i_Position);
+}
+
+// NCName ::= NCNameStartChar NCNameChar*   (after blanks)
+int XPathTokenizer::isNCName(int i_Position, bool i_Consume) {
+  const int blanks = countBlanks(i_Position);
+  const int first = isNCNameStartChar(i_Position + blanks, false);
+  if (first == 0) {
+    return 0;
+  }
+  int length = blanks + first;
+  while (const int next = isNCNameChar(i_Position + length, false)) {
+    length += next;
+  }
+  if (i_Consume) {
+    emitOperand(tokenText(i_Position, length));
+  }
+  return length;
+}
+
+int XPathTokenizer::isCharacter(int i_Position, const wchar_t* i_pLiteral, bool i_Consume) {
+  Trace trace(m_Tracer, "XPathTokenizer::isCharacter");
+  const int length = matchFirst(i_Position, {i_pLiteral}, nullptr);
+  if (i_Consume && length != 0) {
+    emitToken(i_pLiteral, nullptr);
+  }
+  HOST_TRACE(trace, 3) << "isCharacter return value = " << length;
+  return length;
+}
+
+// ---- XML name character classes
+
+// NCNameStartChar ::= Letter | "_"
+int XPathTokenizer::isNCNameStartChar(int i_Position, bool i_Consume) {
+  if (const int letter = isLetter(i_Position, i_Consume)) {
+    return letter;
+  }
+  return isCharacter(i_Position, L"_", i_Consume);
+}
+
+// NCNameChar ::= NameChar, but not ":" (nor blanks followed by ":")
+int XPathTokenizer::isNCNameChar(int i_Position, bool i_Consume) {
+  if (isCharacter(i_Position, L":", false) != 0) {
+    return 0;
+  }
+  return isNameChar(i_Position, i_Consume);
+}
+
+// NameChar ::= Letter | Digit | "." | "-" | "_" | ":" | CombiningChar | Extender
+// The separators skip blanks before them, so "a -b" is one name.
+int XPathTokenizer::isNameChar(int i_Position, bool i_Consume) {
+  if (const int letter = isLetter(i_Position, i_Consume)) {
+    return letter;
+  }
+  if (const int digit = isDigit(i_Position, i_Consume)) {
+    return digit;
+  }
+  for (const wchar_t* pSeparator : {L".", L"-", L"_", L":"}) {
+    if (const int separator = isCharacter(i_Position, pSeparator, i_Consume)) {
+      return separator;
+    }
+  }
+  if (const int combining = isCombiningChar(i_Position, i_Consume)) {
+    return combining;
+  }
+  return isExtender(i_Position, i_Consume);
+}
+
+// Letter ::= BaseChar | Ideographic
+int XPathTokenizer::isLetter(int i_Position, bool i_Consume) {
+  return isBaseChar(i_Position, i_Consume) != 0 ? 1 : isIdeographic(i_Position, i_Consume);
+}
+
+int XPathTokenizer::isBaseChar(int i_Position, bool) {
+  return XPathNameCharClasses::isBaseChar(charAt(i_Position)) ? 1 : 0;
+}
+
+int XPathTokenizer::isIdeographic(int i_Position, bool) {
+  return XPathNameCharClasses::isIdeographic(charAt(i_Position)) ? 1 : 0;
+}
+
+int XPathTokenizer::isCombiningChar(int i_Position, bool) {
+  return XPathNameCharClasses::isCombiningChar(charAt(i_Position)) ? 1 : 0;
+}
+
+int XPathTokenizer::isDigit(int i_Position, bool) {
+  return XPathNameCharClasses::isDigit(charAt(i_Position)) ? 1 : 0;
+}
+
+int XPathTokenizer::isExtender(int i_Position, bool) {
+  return XPathNameCharClasses::isExtender(charAt(i_Position)) ? 1 : 0;
+}
+
+// ---- Emission
+
+void XPathTokenizer::mergeXPath() {
+  Trace trace(m_Tracer, "XPathTokenizer::mergeXPath");
+  HOST_TRACE(trace, 3) << "m_ExprVector.size() " << static_cast<unsigned long>(m_ExprVector.size());
+  if (m_ExprVector.size() < 5) {
+    return;
+  }
+  std::vector<XPathExpression*> merged;
+  for (size_t index = 0; index < m_ExprVector.size(); ++index) {
+    const bool isUnion = m_ExprVector[index]->GetExpressionString().compareTo(L"|") == 0;
+    if (isUnion && index != 0 && index + 1 != m_ExprVector.size()) {
+      String text = merged.back()->GetExpressionString();
+      text.concat(L'|').concat(m_ExprVector[index + 1]->GetExpressionString());
+      merged.back() = own(new XPathArgument(text));
+      ++index;
+    } else {
+      merged.push_back(m_ExprVector[index]);
+    }
+  }
+  m_ExprVector.swap(merged);
+}
+
+void XPathTokenizer::negativeNumberEvaluate(bool i_Odd) {
+  if (!i_Odd) {
+    return;
+  }
+  emitToken(L"(", nullptr);
+  addItem(new XPathArgument(String(L"0")))->setNegativeZero(true);
+  emitToken(L"-", nullptr);
+}
+
+// ---- Machinery
+
+int XPathTokenizer::measure(Production i_Production, int i_Position) {
+  // Nothing matches past the end of the text.
+  if (i_Position >= m_Length) {
+    return 0;
+  }
+  const long long key = static_cast<long long>(i_Position) * PRODUCTION_COUNT + i_Production;
+  const auto found = m_Measured.find(key);
+  if (found != m_Measured.end()) {
+    return found->second;
+  }
+  traceProduction(i_Production, i_Position, false);
+  const int length = (this->*PRODUCTIONS[i_Production].m_Operation)(i_Position, false);
+  m_Measured.emplace(key, length);
+  return length;
+}
+
+void XPathTokenizer::emit(Production i_Production, int i_Position) {
+  if (measure(i_Production, i_Position) != 0) {
+    traceProduction(i_Production, i_Position, true);
+    (this->*PRODUCTIONS[i_Production].m_Operation)(i_Position, true);
+  }
+}
+
+void XPathTokenizer::traceProduction(Production i_Production, int i_Position, bool i_Consume) {
+  Trace trace(m_Tracer, PRODUCTIONS[i_Production].m_pName);
+  HOST_TRACE(trace, 3) << " Offset = " << i_Position << ", consume = " << i_Consume;
+}
+
+int XPathTokenizer::delegate(Production i_Production, int i_Position, bool i_Consume) {
+  if (i_Consume) {
+    emit(i_Production, i_Position);
+  }
+  return measure(i_Production, i_Position);
+}
+
+int XPathTokenizer::sequence(int i_Position, bool i_Consume, std::initializer_list<Part> i_Parts) {
+  int length = 0;
+  for (const Part& part : i_Parts) {
+    const int partLength = part.m_pLiteral != nullptr
+                               ? isCharacter(i_Position + length, part.m_pLiteral, false)
+                               : measure(part.m_Production, i_Position + length);
+    if (partLength == 0) {
+      return 0;
+    }
+    length += partLength;
+  }
+  if (i_Consume) {
+    int at = i_Position;
+    for (const Part& part : i_Parts) {
+      at += part.m_pLiteral != nullptr ? isCharacter(at, part.m_pLiteral, true)
+                                       : delegate(part.m_Production, at, true);
+    }
+  }
+  return length;
+}
+
+// The emitting pass deviates in two ways that are kept on purpose. AndExpr advances past each
+// further "and" by the length of its first operand instead of that of the "and" (the rest of
+// the chain can be lost). MultiplicativeExpr has no way out when an operator lacks its right
+// operand and would retry it forever; positions shifted by the AndExpr slip can get there, and
+// the text is then rejected instead.
+int XPathTokenizer::operatorChain(int i_Position, bool i_Consume, Production i_Operand,
+                                  std::initializer_list<const wchar_t*> i_Operators,
+                                  ChainEmission i_Emission) {
+  const int first = delegate(i_Operand, i_Position, i_Consume);
+  if (first == 0) {
+    return 0;
+  }
+  int at = i_Position + first;
+  for (;;) {
+    const wchar_t* pOperator = nullptr;
+    const int operatorLength = matchFirst(at, i_Operators, &pOperator);
+    if (operatorLength == 0) {
+      break;
+    }
+    const int operand = measure(i_Operand, at + operatorLength);
+    if (operand == 0) {
+      // An operator without its right operand ends the chain before it.
+      if (i_Consume && i_Emission == MultiplicativeChainRetry) {
+        reject();
+      }
+      break;
+    }
+    if (i_Consume) {
+      emitToken(pOperator, nullptr);
+      emit(i_Operand, at + operatorLength);
+    }
+    at += (i_Consume && i_Emission == AndChainSlip ? first : operatorLength) + operand;
+  }
+  return at - i_Position;
+}
+
+int XPathTokenizer::matchFirst(int i_Position, std::initializer_list<const wchar_t*> i_Texts,
+                               const wchar_t** o_ppText) const {
+  const int start = i_Position + countBlanks(i_Position);
+  for (const wchar_t* pText : i_Texts) {
+    int length = 0;
+    while (pText[length] != 0 && charAt(start + length) == pText[length]) {
+      ++length;
+    }
+    if (pText[length] == 0) {
+      if (o_ppText != nullptr) {
+        *o_ppText = pText;
+      }
+      return start - i_Position + length;
+    }
+  }
+  return 0;
+}
+
+int XPathTokenizer::countBlanks(int i_Position) const {
+  int blanks = 0;
+  while (charAt(i_Position + blanks) == BLANK) {
+    ++blanks;
+  }
+  return blanks;
+}
+
+wchar_t XPathTokenizer::charAt(int i_Position) const {
+  return i_Position < m_Length ? m_pText[i_Position] : 0;
+}
+
+String XPathTokenizer::sourceText(int i_Position, int i_Length) const {
+  return m_XPath.substring(i_Position, i_Position + i_Length - 1);
+}
+
+String XPathTokenizer::tokenText(int i_Position, int i_Length) const {
+  const int blanks = countBlanks(i_Position);
+  return sourceText(i_Position + blanks, i_Length - blanks);
+}
+
+XPathExpression* XPathTokenizer::addItem(XPathExpression* i_pItem) {
+  own(i_pItem);
+  m_ExprVector.push_back(i_pItem);
+  return i_pItem;
+}
+
+XPathExpression* XPathTokenizer::own(XPathExpression* i_pItem) {
+  std::unique_ptr<XPathExpression> item(i_pItem);
+  m_Items.push_back(std::move(item));
+  return i_pItem;
+}
+
+void XPathTokenizer::emitToken(const wchar_t* i_pToken, XPathExpression* i_pPrevious) {
+  addItem(XPathExpression::create(String(i_pToken), String(), i_pPrevious));
+}
+
+void XPathTokenizer::emitOperand(const String& i_Text) {
+  addItem(new XPathArgument(i_Text));
+}
+
+void XPathTokenizer::reject() {
+  m_Status = XML_PLUGIN_ERROR_XPATH_WRONG_EXPRESSION;
 }
 
 }  // namespace XmlPlugin

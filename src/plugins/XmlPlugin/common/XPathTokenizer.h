@@ -1,15 +1,48 @@
-// Checks an XPath text against the accepted grammar and cuts it into expression items.
-// (The tokenizer's own design note and productions are declared here by its author.)
+// Checks an XPath text against the grammar this engine accepts and cuts it into the items
+// that the infix-to-postfix parser receives: operands (literals, numbers, whole location
+// paths with their predicates), operators, function calls and punctuation.
+//
+// Design: a recursive-descent recognizer with one operation per grammar production. Each
+// operation answers how many characters of the text its production covers from a position
+// (leading blanks included, 0 for no match). The text is first measured; only when the
+// measure covers it in full is it run again to emit items, and every production places its
+// parts by the lengths its measuring found. Measuring is a pure function of (production,
+// position) and is memoised, which keeps tokenizing polynomial.
+//
+// The accepted language departs from XPath 1.0 on purpose:
+//  - Keywords take the first table entry that matches, so descendant-or-self:: and
+//    following-sibling:: are never found in full and are rejected.
+//  - The separators ".", "-", "_" and ":" inside a name skip blanks before them, so
+//    "price - 1" is one name followed by a stray number (rejected) while "1 - 2" is accepted.
+//  - Alternatives combine their lengths by a bitwise OR (see XPathTokenizer.cpp): text() and
+//    node() pass as node tests, comment() and processing-instruction() fail.
+//  - A number starts with a digit (.5 is rejected); "/" alone is not a path.
+//  - The emitting pass of AndExpr advances past each further "and" by the length of the
+//    first operand, so the rest of a chain can be lost (a=1 and b=2 and c=3 emits only
+//    a=1 and b=2, a=10 and b=2 and c=3 emits all).
+//  - A union "a|b" becomes one operand; the location-path engine splits it again.
 #pragma once
 
+#include <initializer_list>
 #include <memory>
+#include <unordered_map>
 #include <vector>
 
 #include "XPathExpression.h"
 #include "host/String.h"
+#include "host/Trace.h"
 #include "host/Types.h"
 
 namespace XmlPlugin {
+
+// The deepest nesting of parentheses, argument lists and predicates an expression may
+// have; a deeper one is rejected, which bounds the recursion of the recognizer (256 levels
+// run in well under 2 MiB of stack).
+const int XPATH_MAX_NESTING = 256;
+
+// The longest expression text accepted, in characters; keeps every position the
+// recognizer computes far inside the range of int.
+const int XPATH_MAX_LENGTH = 1 << 20;
 
 class XPathTokenizer {
  public:
@@ -18,12 +51,175 @@ class XPathTokenizer {
   XPathTokenizer(const XPathTokenizer&) = delete;
   XPathTokenizer& operator=(const XPathTokenizer&) = delete;
 
-  // 0, or XML_PLUGIN_ERROR_XPATH_WRONG_EXPRESSION when the text is not accepted.
+  // 0, or XML_PLUGIN_ERROR_XPATH_WRONG_EXPRESSION when the text is not accepted (also when
+  // it nests deeper than XPATH_MAX_NESTING or is longer than XPATH_MAX_LENGTH).
   TErrorCode start();
   // The items in source order, without the wrapping parentheses (borrowed).
   std::vector<XPathExpression*> getExpressionVector();
   // Hands every item the tokenizer made (also those that merging replaced) to the caller.
   std::vector<std::unique_ptr<XPathExpression>> releaseItems();
+
+ private:
+  // The memoised productions, in the order of the operation table in the .cpp file.
+  enum Production {
+    UnionExpr,
+    PathExpr,
+    FilterExpr,
+    OrExpr,
+    AndExpr,
+    EqualityExpr,
+    RelationalExpr,
+    AdditiveExpr,
+    MultiplicativeExpr,
+    UnaryExpr,
+    Expr,
+    PrimaryExpr,
+    FunctionCall,
+    Argument,
+    LocationPath,
+    AbsoluteLocationPath,
+    RelativeLocationPath,
+    AbbreviatedAbsoluteLocationPath,
+    Step,
+    AxisSpecifier,
+    AxisName,
+    AbbreviatedAxisSpecifier,
+    AbbreviatedStep,
+    NodeTest,
+    NodeType,
+    NameTest,
+    Predicate,
+    PredicateExpr,
+    Literal,
+    Number,
+    Digits,
+    FunctionName,
+    VariableReference,
+    QName,
+    PrefixName,
+    UnprefixedName,
+    Prefix,
+    LocalPart,
+    NCName,
+    PRODUCTION_COUNT
+  };
+  typedef int (XPathTokenizer::*Operation)(int i_Position, bool i_Consume);
+  struct ProductionEntry {
+    Operation m_Operation;
+    const char* m_pName;  // for the trace
+  };
+  static const ProductionEntry PRODUCTIONS[PRODUCTION_COUNT];
+
+  // One part of a sequence: a production or a literal text.
+  struct Part {
+    Part(Production i_Production) : m_Production(i_Production) {}
+    Part(const wchar_t* i_pLiteral) : m_pLiteral(i_pLiteral) {}
+    Production m_Production = PRODUCTION_COUNT;
+    const wchar_t* m_pLiteral = nullptr;
+  };
+
+  // How the emitting pass of an operator chain deviates from its measuring pass.
+  enum ChainEmission { PlainChain, AndChainSlip, MultiplicativeChainRetry };
+
+  // The productions. Each returns the length covered from i_Position (0: no match) and,
+  // with i_Consume, appends its items to m_ExprVector.
+  int isUnionExpr(int i_Position, bool i_Consume);
+  int isPathExpr(int i_Position, bool i_Consume);
+  int isFilterExpr(int i_Position, bool i_Consume);
+  int isOrExpr(int i_Position, bool i_Consume);
+  int isAndExpr(int i_Position, bool i_Consume);
+  int isEqualityExpr(int i_Position, bool i_Consume);
+  int isRelationalExpr(int i_Position, bool i_Consume);
+  int isAdditiveExpr(int i_Position, bool i_Consume);
+  int isMultiplicativeExpr(int i_Position, bool i_Consume);
+  int isUnaryExpr(int i_Position, bool i_Consume);
+  int isExpr(int i_Position, bool i_Consume);
+  int isPrimaryExpr(int i_Position, bool i_Consume);
+  int isFunctionCall(int i_Position, bool i_Consume);
+  int isArgument(int i_Position, bool i_Consume);
+  int isLocationPath(int i_Position, bool i_Consume);
+  int isAbsoluteLocationPath(int i_Position, bool i_Consume);
+  int isRelativeLocationPath(int i_Position, bool i_Consume);
+  int isAbbreviatedAbsoluteLocationPath(int i_Position, bool i_Consume);
+  int isStep(int i_Position, bool i_Consume);
+  int isAxisSpecifier(int i_Position, bool i_Consume);
+  int isAxisName(int i_Position, bool i_Consume);
+  int isAbbreviatedAxisSpecifier(int i_Position, bool i_Consume);
+  int isAbbreviatedStep(int i_Position, bool i_Consume);
+  int isNodeTest(int i_Position, bool i_Consume);
+  int isNodeType(int i_Position, bool i_Consume);
+  int isNameTest(int i_Position, bool i_Consume);
+  int isPredicate(int i_Position, bool i_Consume);
+  int isPredicateExpr(int i_Position, bool i_Consume);
+  int isLiteral(int i_Position, bool i_Consume);
+  int isNumber(int i_Position, bool i_Consume);
+  int isDigits(int i_Position, bool i_Consume);
+  int isFunctionName(int i_Position, bool i_Consume);
+  int isVariableReference(int i_Position, bool i_Consume);
+  int isQName(int i_Position, bool i_Consume);
+  int isPrefixName(int i_Position, bool i_Consume);
+  int isUnprefixedName(int i_Position, bool i_Consume);
+  int isPrefix(int i_Position, bool i_Consume);
+  int isLocalPart(int i_Position, bool i_Consume);
+  int isNCName(int i_Position, bool i_Consume);
+  // Blanks, then exactly i_pLiteral: their joint length, or 0. Emits the literal itself.
+  int isCharacter(int i_Position, const wchar_t* i_pLiteral, bool i_Consume);
+
+  // The XML name character classes of the character at a position (0 past the end). Only
+  // the literal alternatives ("_", ".", "-", ":") skip blanks, through isCharacter.
+  int isNCNameStartChar(int i_Position, bool i_Consume);
+  int isNCNameChar(int i_Position, bool i_Consume);
+  int isNameChar(int i_Position, bool i_Consume);
+  int isLetter(int i_Position, bool i_Consume);
+  int isBaseChar(int i_Position, bool i_Consume);
+  int isIdeographic(int i_Position, bool i_Consume);
+  int isCombiningChar(int i_Position, bool i_Consume);
+  int isDigit(int i_Position, bool i_Consume);
+  int isExtender(int i_Position, bool i_Consume);
+
+  // Joins each "|" item with its neighbours into one operand.
+  void mergeXPath();
+  // For an odd number of signs, the items "(", a negative zero and "-" that open a negation.
+  void negativeNumberEvaluate(bool i_Odd);
+
+  // The memoised length of a production at a position.
+  int measure(Production i_Production, int i_Position);
+  // Emits a production at a position where it matches.
+  void emit(Production i_Production, int i_Position);
+  void traceProduction(Production i_Production, int i_Position, bool i_Consume);
+  // Emits i_Production when consuming; its length either way.
+  int delegate(Production i_Production, int i_Position, bool i_Consume);
+  // All parts in order, or 0 when one fails; emits each part when consuming.
+  int sequence(int i_Position, bool i_Consume, std::initializer_list<Part> i_Parts);
+  // Operand ( operator Operand )*; an operator without its right operand ends the chain.
+  int operatorChain(int i_Position, bool i_Consume, Production i_Operand,
+                    std::initializer_list<const wchar_t*> i_Operators, ChainEmission i_Emission);
+  // The first of the texts that the text continues with after blanks (operators and
+  // keywords alike: no word-boundary test), and the joint length; 0 for none.
+  int matchFirst(int i_Position, std::initializer_list<const wchar_t*> i_Texts,
+                 const wchar_t** o_ppText) const;
+  int countBlanks(int i_Position) const;
+  wchar_t charAt(int i_Position) const;
+  // The text covered, with and without the blanks before it.
+  String sourceText(int i_Position, int i_Length) const;
+  String tokenText(int i_Position, int i_Length) const;
+
+  XPathExpression* addItem(XPathExpression* i_pItem);
+  XPathExpression* own(XPathExpression* i_pItem);
+  void emitToken(const wchar_t* i_pToken, XPathExpression* i_pPrevious);
+  void emitOperand(const String& i_Text);
+  void reject();
+
+  Tracer& m_Tracer;
+  String m_XPath;  // the expression wrapped in "(" and ")"
+  const wchar_t* m_pText;
+  int m_Length;
+  std::vector<XPathExpression*> m_ExprVector;  // emission order, with the wrapping parentheses
+  std::vector<XPathExpression*> m_OutVector;   // without them
+  std::vector<std::unique_ptr<XPathExpression>> m_Items;  // every item made
+  std::unordered_map<long long, int> m_Measured;          // (production, position) -> length
+  int m_Nesting = 0;
+  TErrorCode m_Status = 0;  // sticky: set by a failure found while recognizing or emitting
 };
 
 }  // namespace XmlPlugin
