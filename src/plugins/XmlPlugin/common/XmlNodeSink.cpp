@@ -4,6 +4,17 @@
 #include "host/Trace.h"
 
 namespace XmlPlugin {
+namespace {
+
+TErrorCode traceReaderMessage(const char* i_Function, int i_Level, const char* i_Kind,
+                              const String& i_Message, int i_Line) {
+  Trace trace(Tracer::getInstance(TRACE_COMPONENT), i_Function);
+  HOST_TRACE(trace, i_Level) << i_Kind << " parsing XML file at line " << i_Line
+                             << " message is: " << i_Message;
+  return 0;
+}
+
+}  // namespace
 
 TErrorCode XmlNodeSink::onNodeTree(Node* i_pTree) {
   m_pRoot.reset(i_pTree);
@@ -11,24 +22,15 @@ TErrorCode XmlNodeSink::onNodeTree(Node* i_pTree) {
 }
 
 TErrorCode XmlNodeSink::onWarning(const String& i_Message, int i_Line) {
-  Trace trace(Tracer::getInstance(TRACE_COMPONENT), "XmlNodeSink::onWarning");
-  HOST_TRACE(trace, 2) << "Warning parsing XML file at line " << i_Line
-                       << " message is: " << i_Message;
-  return 0;
+  return traceReaderMessage("XmlNodeSink::onWarning", 2, "Warning", i_Message, i_Line);
 }
 
 TErrorCode XmlNodeSink::onError(const String& i_Message, int i_Line) {
-  Trace trace(Tracer::getInstance(TRACE_COMPONENT), "XmlNodeSink::onError");
-  HOST_TRACE(trace, 1) << "Error parsing XML file at line " << i_Line
-                       << " message is: " << i_Message;
-  return 0;
+  return traceReaderMessage("XmlNodeSink::onError", 1, "Error", i_Message, i_Line);
 }
 
 TErrorCode XmlNodeSink::onCriticalError(const String& i_Message, int i_Line) {
-  Trace trace(Tracer::getInstance(TRACE_COMPONENT), "XmlNodeSink::onCriticalError");
-  HOST_TRACE(trace, 1) << "Critical error parsing XML file at line " << i_Line
-                       << " message is: " << i_Message;
-  return 0;
+  return traceReaderMessage("XmlNodeSink::onCriticalError", 1, "Critical error", i_Message, i_Line);
 }
 
 }  // namespace XmlPlugin

@@ -4,7 +4,6 @@
 
 #include "HostBoundary.h"
 #include "XmlPluginConstants.h"
-#include "XmlQuery.h"
 
 namespace XmlPlugin {
 
@@ -12,7 +11,7 @@ TErrorCode XmlValue::getScalarResult(PluginSDK::String& o_Result) {
   return guardHostCall([&]() -> TErrorCode {
     o_Result = L"";
     std::vector<String> values;
-    const TErrorCode result = XmlQuery(*this).run(values);
+    const TErrorCode result = query().run(values);
     if (result != 0) {
       return result;
     }
@@ -24,15 +23,6 @@ TErrorCode XmlValue::getScalarResult(PluginSDK::String& o_Result) {
     }
     return 0;
   });
-}
-
-TErrorCode XmlValue::validateProperties() const {
-  return XmlQuery(*this).validateProperties();
-}
-
-const wchar_t* XmlValue::getOptionalProperty(const wchar_t* i_Name,
-                                             const wchar_t* i_DefaultValue) const {
-  return XmlQuery(*this).getOptionalProperty(i_Name, i_DefaultValue);
 }
 
 }  // namespace XmlPlugin

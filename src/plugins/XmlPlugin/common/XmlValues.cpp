@@ -3,7 +3,6 @@
 #include <vector>
 
 #include "HostBoundary.h"
-#include "XmlQuery.h"
 
 namespace XmlPlugin {
 
@@ -11,7 +10,7 @@ TErrorCode XmlValues::getVectorResult(PluginSDK::StringVector& o_Result) {
   o_Result.removeAll();
   const TErrorCode result = guardHostCall([&]() -> TErrorCode {
     std::vector<String> values;
-    const TErrorCode runResult = XmlQuery(*this).run(values);
+    const TErrorCode runResult = query().run(values);
     if (runResult != 0) {
       return runResult;
     }
@@ -24,15 +23,6 @@ TErrorCode XmlValues::getVectorResult(PluginSDK::StringVector& o_Result) {
     o_Result.removeAll();  // an allocation failure may have left it half filled
   }
   return result;
-}
-
-TErrorCode XmlValues::validateProperties() const {
-  return XmlQuery(*this).validateProperties();
-}
-
-const wchar_t* XmlValues::getOptionalProperty(const wchar_t* i_Name,
-                                              const wchar_t* i_DefaultValue) const {
-  return XmlQuery(*this).getOptionalProperty(i_Name, i_DefaultValue);
 }
 
 }  // namespace XmlPlugin
