@@ -24,16 +24,38 @@ struct WideBufferFree {
   void operator()(wchar_t* i_pBuffer) const { i_free(i_pBuffer); }
 };
 
+// The evaluations under way on this thread. They nest (a predicate evaluates paths of its
+// own) and share one stack, so they share the bounds too.
+// A refusal is sticky: it ends the outermost evaluation with its code, even where it
+// happened inside an axis operation or a predicate, whose failures are otherwise dropped.
+struct EvaluationLoad {
+  unsigned int m_Nesting = 0;  // evaluateStep calls under way
+  unsigned long m_Steps = 0;   // evaluateStep calls since the outermost evaluation began
+  bool m_Refused = false;
+};
+thread_local EvaluationLoad t_Load;
+
 class NestingGuard {
  public:
-  explicit NestingGuard(unsigned int& io_Nesting) : m_Nesting(io_Nesting) { ++m_Nesting; }
-  ~NestingGuard() { --m_Nesting; }
+  NestingGuard() { ++t_Load.m_Nesting; }
+  ~NestingGuard() { --t_Load.m_Nesting; }
   NestingGuard(const NestingGuard&) = delete;
   NestingGuard& operator=(const NestingGuard&) = delete;
-
- private:
-  unsigned int& m_Nesting;
 };
+
+// Trace records are written out of line so that the frames of the recursion stay small.
+[[gnu::noinline]] TErrorCode refuseLoad() {
+  t_Load.m_Refused = true;
+  Trace trace(Tracer::getInstance(TRACE_COMPONENT), "XPath::evaluateStep");
+  HOST_TRACE(trace, 1) << "Evaluation too deep or too long: nesting " << t_Load.m_Nesting
+                       << ", steps " << t_Load.m_Steps;
+  return XML_PLUGIN_ERROR_XPATH_UNABLE_TO_EVAL_EXPRESSION;
+}
+
+[[gnu::noinline]] void traceNoChildren(const XPathStep& i_Step) {
+  Trace trace(Tracer::getInstance(TRACE_COMPONENT), "XPath::evaluateStep");
+  HOST_TRACE(trace, 1) << "Unable to get descendants from node [" << i_Step.getName() << "]";
+}
 
 // Sorts by ascending number; of the items sharing a number the first in the vector stays.
 void sortByDocumentOrder(XPathOutputElements& io_Items) {
@@ -134,6 +156,9 @@ TErrorCode XPath::getValues(XPathOutputElements& o_Output, Node* i_Root) {
     return 0;
   }
   HOST_TRACE(trace, 3) << "Evaluating the xpath [" << m_XPath << "] for the XML file ";
+  if (t_Load.m_Nesting == 0) {
+    t_Load = EvaluationLoad();
+  }
   deleteOutputElements(o_Output);
   {
     XPathOutputCollector collector(o_Output);
@@ -141,6 +166,9 @@ TErrorCode XPath::getValues(XPathOutputElements& o_Output, Node* i_Root) {
       result = evaluatePath(i_Root, collector);
       ++m_CurrentXPath;
     }
+  }
+  if (result == 0 && t_Load.m_Refused) {
+    result = XML_PLUGIN_ERROR_XPATH_UNABLE_TO_EVAL_EXPRESSION;
   }
   sortByDocumentOrder(o_Output);
   if (result != 0) {
@@ -150,6 +178,7 @@ TErrorCode XPath::getValues(XPathOutputElements& o_Output, Node* i_Root) {
 }
 
 TErrorCode XPath::evaluatePath(Node* i_Root, XPathOutputCollector& io_Output) {
+  m_Tokens = m_XPathParser.getTokens(m_XPaths[m_CurrentXPath]);
   m_Steps.clear();
   TErrorCode result = 0;
   const XPathStep* pFirst = getStep(0, result);
@@ -168,7 +197,7 @@ const XPathStep* XPath::getStep(unsigned int i_Index, TErrorCode& o_Result) {
   }
   BuiltStep& built = m_Steps[i_Index];
   if (!built.m_Built) {
-    built.m_Result = m_XPathParser.getStep(m_XPaths[m_CurrentXPath], i_Index, built.m_Step);
+    built.m_Result = XPathParser::getStep(m_Tokens, i_Index, built.m_Step);
     built.m_Built = true;
   }
   o_Result = built.m_Result;
@@ -185,12 +214,12 @@ TErrorCode XPath::evaluateStep(MarkedNode i_Node, unsigned int i_StepPosition,
   if (i_Node.m_Node == nullptr || i_StepPosition >= maxPosition()) {
     return 0;
   }
-  if (m_Nesting >= XPATH_MAX_STEP_NESTING) {
-    Trace trace(Tracer::getInstance(TRACE_COMPONENT), "XPath::evaluateStep");
-    HOST_TRACE(trace, 1) << "Path nested too deeply: " << m_Nesting;
-    return XML_PLUGIN_ERROR_XPATH_UNABLE_TO_EVAL_EXPRESSION;
+  if (t_Load.m_Refused || t_Load.m_Nesting >= XPATH_MAX_STEP_NESTING ||
+      t_Load.m_Steps >= XPATH_MAX_STEP_EVALUATIONS) {
+    return refuseLoad();
   }
-  NestingGuard guard(m_Nesting);
+  NestingGuard guard;
+  ++t_Load.m_Steps;
   TErrorCode result = 0;
   const XPathStep* pStep = getStep(i_StepPosition, result);
   if (pStep == nullptr) {
@@ -255,8 +284,9 @@ bool XPath::dispatchAxis(MarkedNode i_Node, StepAxis i_Axis, unsigned int i_Step
   return false;
 }
 
-TErrorCode XPath::evaluateLeaf(Node* i_Node, const XPathStep& i_Step, const XPathStep& i_Leaf,
-                               XPathOutputCollector& io_Output) {
+[[gnu::noinline]] TErrorCode XPath::evaluateLeaf(Node* i_Node, const XPathStep& i_Step,
+                                                 const XPathStep& i_Leaf,
+                                                 XPathOutputCollector& io_Output) {
   Trace trace(Tracer::getInstance(TRACE_COMPONENT), "XPath::evaluateStep");
   HOST_TRACE(trace, 3) << "Node match. EvaluateNode";
   const TErrorCode result = i_Leaf.evaluateNode(i_Node, io_Output);
@@ -278,8 +308,7 @@ TErrorCode XPath::evaluateChildren(Node* i_Node, const XPathStep& i_Step, const 
   std::list<Node*> children;
   TErrorCode result = XPathStep::getChildrenXmlNodes(i_Node, children);
   if (result != 0) {
-    Trace trace(Tracer::getInstance(TRACE_COMPONENT), "XPath::evaluateStep");
-    HOST_TRACE(trace, 1) << "Unable to get descendants from node [" << i_Step.getName() << "]";
+    traceNoChildren(i_Step);
     return result;
   }
   if (i_pNext != nullptr) {
@@ -298,15 +327,19 @@ TErrorCode XPath::searchInDepth(Node* i_Node, const XPathStep& i_Step, unsigned 
   XPathStep::getChildrenXmlNodes(i_Node, children);
   std::vector<MarkedNode> marked;
   TErrorCode result = i_Step.markFilteredNodes(children, marked);
-  for (const MarkedNode& candidate : marked) {
-    if (candidate.m_Marked) {
-      m_MarkedNodes.insert(candidate.m_Node);
-    }
-  }
+  rememberMarked(marked);
   for (size_t i = 0; i < marked.size() && result == 0; ++i) {
     result = evaluateStep(marked[i], i_Position, io_Output, i_absoluteDeepSearch);
   }
   return result;
+}
+
+[[gnu::noinline]] void XPath::rememberMarked(const std::vector<MarkedNode>& i_Marked) {
+  for (const MarkedNode& candidate : i_Marked) {
+    if (candidate.m_Marked) {
+      m_MarkedNodes.insert(candidate.m_Node);
+    }
+  }
 }
 
 void XPath::continueAxis(const MarkedNode& i_Node, Node* i_pReached, Node* i_pEvaluated,

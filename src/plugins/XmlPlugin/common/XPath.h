@@ -14,10 +14,13 @@
 
 namespace XmlPlugin {
 
-// How deeply evaluateStep may nest within one evaluation: twice the reader's deepest
-// document, so that a path may climb to the top of such a document and search all the way
-// down again.
+// Bounds of an evaluation, with the evaluations nested in it through predicates; past
+// them it fails with XML_PLUGIN_ERROR_XPATH_UNABLE_TO_EVAL_EXPRESSION.
+// How deeply steps may nest: twice the reader's deepest document, so that a path may climb
+// to the top of such a document and search all the way down again.
 const unsigned int XPATH_MAX_STEP_NESTING = 4096;
+// How many times a node may be tried against a step.
+const unsigned long XPATH_MAX_STEP_EVALUATIONS = 50000000;
 
 // splitXPath's code when the prepared paths and their step counts disagree.
 const TErrorCode XPATH_SPLIT_ERROR = -260;
@@ -77,6 +80,7 @@ class XPath {
                               unsigned int i_Position, XPathOutputCollector& io_Output);
   TErrorCode searchInDepth(Node* i_Node, const XPathStep& i_Step, unsigned int i_Position,
                            XPathOutputCollector& io_Output, bool i_absoluteDeepSearch);
+  void rememberMarked(const std::vector<MarkedNode>& i_Marked);
   // Hands a node that an axis reached on: straight to the leaf when the next step is the
   // leaf and the incoming node is unmarked, else i_pEvaluated to evaluateStep.
   void continueAxis(const MarkedNode& i_Node, Node* i_pReached, Node* i_pEvaluated,
@@ -104,8 +108,8 @@ class XPath {
   // Every node that a predicate excluded while searching in depth; never emptied.
   std::unordered_set<const Node*> m_MarkedNodes;
   XPathParser m_XPathParser;
+  std::vector<String> m_Tokens;  // the step texts of the current path
   std::vector<BuiltStep> m_Steps;
-  unsigned int m_Nesting = 0;  // evaluateStep calls under way
 };
 
 }  // namespace XmlPlugin

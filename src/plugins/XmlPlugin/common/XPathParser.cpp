@@ -33,22 +33,29 @@ String XPathParser::getToken(const String& i_Path, bool i_Peek) {
   return token.startsWith(String(L"/")) ? String() : token;
 }
 
+std::vector<String> XPathParser::getTokens(const String& i_Path) {
+  m_Position = 0;
+  std::vector<String> tokens;
+  for (String token = getToken(i_Path, false); !token.isEmpty(); token = getToken(i_Path, false)) {
+    tokens.push_back(token);
+  }
+  return tokens;
+}
+
 TErrorCode XPathParser::getStep(const String& i_Path, unsigned int i_Index,
                                 std::unique_ptr<XPathStep>& o_Step) {
+  return getStep(getTokens(i_Path), i_Index, o_Step);
+}
+
+TErrorCode XPathParser::getStep(const std::vector<String>& i_Tokens, unsigned int i_Index,
+                                std::unique_ptr<XPathStep>& o_Step) {
   o_Step.reset();
-  m_Position = 0;
-  String previous;
-  String token = getToken(i_Path, false);
-  for (unsigned int index = 0; index < i_Index && !token.isEmpty(); ++index) {
-    previous = token;
-    token = getToken(i_Path, false);
-  }
-  if (token.isEmpty()) {
+  if (i_Index >= i_Tokens.size()) {
     return HOST_ERROR_OUT_OF_RANGE;
   }
-  const bool last = getToken(i_Path, true).isEmpty();
-  const StepType type = i_Index == 0 ? root : (last ? leaf : mid);
-
+  const StepType type = i_Index == 0 ? root : (i_Index + 1 == i_Tokens.size() ? leaf : mid);
+  const String previous = i_Index > 0 ? i_Tokens[i_Index - 1] : String();
+  String token = i_Tokens[i_Index];
   bool deep = false;
   if (token.length() >= 2) {
     if (token.startsWith(String(L"//"))) {

@@ -6,6 +6,7 @@
 #pragma once
 
 #include <memory>
+#include <vector>
 
 #include "XPathStep.h"
 #include "host/String.h"
@@ -24,10 +25,16 @@ class XPathParser {
   // moves past the separator after the token.
   String getToken(const String& i_Path, bool i_Peek);
 
+  // The step texts of the path in order, as getToken gives them from the start.
+  std::vector<String> getTokens(const String& i_Path);
+
   // Builds step i_Index (0-based) of the path: root for index 0, leaf when no step follows,
   // mid otherwise. -103 when the path has fewer steps; otherwise XPathStep::get's code.
   TErrorCode getStep(const String& i_Path, unsigned int i_Index,
                      std::unique_ptr<XPathStep>& o_Step);
+  // The same from the path's step texts.
+  static TErrorCode getStep(const std::vector<String>& i_Tokens, unsigned int i_Index,
+                            std::unique_ptr<XPathStep>& o_Step);
 
  private:
   unsigned int m_Position = 0;  // scan cursor into the path text
