@@ -310,8 +310,8 @@ unsigned notANumber(const char* i_Function) {
 }
 
 // How a string meets a boolean or a number: truth values for "and" and "or" (and for "="
-// and "!=" too when i_EqualityAsBoolean), numbers otherwise; a string that is not numeric
-// answers false. i_Exchanged compares Num(R) with Num(L) instead of Num(L) with Num(R).
+// and "!=" too when m_EqualityAsBoolean), numbers otherwise; a string that is not numeric
+// answers false. m_Exchanged compares Num(R) with Num(L) instead of Num(L) with Num(R).
 struct MixedComparison {
   const char* m_Function;
   bool m_EqualityAsBoolean;
