@@ -102,13 +102,6 @@ TEST(XPathExpressionTest, CopyKeepsTheValueAndOwnsItsContext) {
   EXPECT_EQ(target.getStartNode()->m_Index, 4);
 }
 
-TEST(XPathExpressionTest, BaseItemDoesNotEvaluate) {
-  XPathExpression item;
-  EXPECT_EQ(item.evaluate({}), HOST_ERROR_NOT_SUPPORTED);
-  EXPECT_EQ(item.getOutputArgument(), nullptr);
-  EXPECT_FALSE(item.isOperator());
-}
-
 TEST(XPathExpressionTest, CreateMakesOperatorsAndOperands) {
   const struct {
     const wchar_t* m_Token;

@@ -105,6 +105,13 @@ class XPathBoundedFunction : public XPathFunction {
   int getMaxArgumentsCount() const override { return MAX; }
 };
 
+// A number with its kind, as the number functions hand it on.
+struct NumberValue {
+  double m_Value;
+  LimitType m_Kind;
+  bool m_NegativeZero;
+};
+
 // ---- Operators ----
 
 // "=", "!=", "<", ">", "<=", ">=" (and the punctuation, which never evaluates).
@@ -117,18 +124,34 @@ class XPathFunction_logical_eq : public XPathFunction {
 // "and", "or": the same comparison rules.
 class XPathFunction_logical : public XPathFunction_logical_eq {};
 
-// "+" and "-".
-class XPathFunction_aritmetical_plus : public XPathBoundedFunction<1, 2> {
+// The arithmetic operators: the special-number rules decide first, and only an ordinary
+// result is computed by the subclass.
+class XPathFunction_arithmetic : public XPathFunction {
  public:
-  XPathFunction_aritmetical_plus() : XPathBoundedFunction(2) {}
+  XPathFunction_arithmetic() : XPathFunction(2) {}
   TErrorCode evaluate() override;
+
+ protected:
+  virtual NumberValue compute(const XPathExpression& i_Left, const XPathExpression& i_Right,
+                              const String& i_Op) const = 0;
+};
+
+// "+" and "-".
+class XPathFunction_aritmetical_plus : public XPathFunction_arithmetic {
+ public:
+  int getMinArgumentsCount() const override { return 1; }
+  int getMaxArgumentsCount() const override { return 2; }
+
+ protected:
+  NumberValue compute(const XPathExpression& i_Left, const XPathExpression& i_Right,
+                      const String& i_Op) const override;
 };
 
 // "*", "div" and "mod".
-class XPathFunction_aritmetical_multi : public XPathFunction {
- public:
-  XPathFunction_aritmetical_multi() : XPathFunction(2) {}
-  TErrorCode evaluate() override;
+class XPathFunction_aritmetical_multi : public XPathFunction_arithmetic {
+ protected:
+  NumberValue compute(const XPathExpression& i_Left, const XPathExpression& i_Right,
+                      const String& i_Op) const override;
 };
 
 // ---- Node-set functions ----
@@ -255,13 +278,6 @@ class XPathFunction_not : public XPathFunction {
 };
 
 // ---- Number functions ----
-
-// A number with its kind, as the number functions hand it on.
-struct NumberValue {
-  double m_Value;
-  LimitType m_Kind;
-  bool m_NegativeZero;
-};
 
 class XPathFunction_number : public XPathBoundedFunction<0, 1> {
  public:

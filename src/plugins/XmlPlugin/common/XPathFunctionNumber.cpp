@@ -4,7 +4,8 @@
 #include <algorithm>
 #include <cmath>
 #include <cstdint>
-#include <limits>
+#include <iterator>
+#include <list>
 
 #include "XPathArgument.h"
 #include "XPathFunction.h"
@@ -39,55 +40,50 @@ TErrorCode XPathFunction_logical_eq::evaluate() {
   return 0;
 }
 
-TErrorCode XPathFunction_aritmetical_plus::evaluate() {
+TErrorCode XPathFunction_arithmetic::evaluate() {
   const XPathExpression* pLeft = getParameter(1);
   const XPathExpression* pRight = getParameter(0);
   const String op = getExpression();
   const LimitType kind = XPathNumericLimits::evaluate(pLeft, pRight, op);
-  if (kind != NumbType) {
-    createOutputExpression(0.0, kind, false);
-    return 0;
-  }
-  const double left = pLeft->GetExpressionNumb();
-  const double right = pRight->GetExpressionNumb();
-  double result = 0.0;
-  bool negativeZero = false;
-  if (op.compareTo(L"+") == 0) {
-    result = left + right;  // deliberately drops negative zero: -0 + -0 is 0
-  } else if (op.compareTo(L"-") == 0) {
-    result = left - right;
-    negativeZero = left == 0.0 && right == 0.0 && pLeft->isNegativeZero();
-  }
-  createOutputExpression(result, NumbType, negativeZero);
+  const NumberValue result =
+      kind != NumbType ? NumberValue{0.0, kind, false} : compute(*pLeft, *pRight, op);
+  createOutputExpression(result.m_Value, result.m_Kind, result.m_NegativeZero);
   return 0;
 }
 
-TErrorCode XPathFunction_aritmetical_multi::evaluate() {
-  const XPathExpression* pLeft = getParameter(1);
-  const XPathExpression* pRight = getParameter(0);
-  const String op = getExpression();
-  const LimitType kind = XPathNumericLimits::evaluate(pLeft, pRight, op);
-  if (kind != NumbType) {
-    createOutputExpression(0.0, kind, false);
-    return 0;
+NumberValue XPathFunction_aritmetical_plus::compute(const XPathExpression& i_Left,
+                                                    const XPathExpression& i_Right,
+                                                    const String& i_Op) const {
+  const double left = i_Left.GetExpressionNumb();
+  const double right = i_Right.GetExpressionNumb();
+  if (i_Op.compareTo(L"+") == 0) {
+    return {left + right, NumbType, false};  // deliberately drops negative zero: -0 + -0 is 0
   }
-  const double left = pLeft->GetExpressionNumb();
-  const double right = pRight->GetExpressionNumb();
-  if (op.compareTo(L"*") == 0) {
-    createOutputExpression(left * right, NumbType, false);
-  } else if (op.compareTo(L"div") == 0) {
-    createOutputExpression(left / right, NumbType, false);
-  } else {
-    // Deliberately integral: both operands are truncated first, so 5.5 mod 2 is 1.
-    const int64_t dividend = truncateToInt32(left);
-    const int64_t divisor = truncateToInt32(right);
-    if (divisor == 0) {
-      createOutputExpression(0.0, NaN, false);
-    } else {
-      createOutputExpression(static_cast<double>(dividend % divisor), NumbType, false);
-    }
+  if (i_Op.compareTo(L"-") == 0) {
+    return {left - right, NumbType, left == 0.0 && right == 0.0 && i_Left.isNegativeZero()};
   }
-  return 0;
+  return {0.0, NumbType, false};
+}
+
+NumberValue XPathFunction_aritmetical_multi::compute(const XPathExpression& i_Left,
+                                                     const XPathExpression& i_Right,
+                                                     const String& i_Op) const {
+  const double left = i_Left.GetExpressionNumb();
+  const double right = i_Right.GetExpressionNumb();
+  if (i_Op.compareTo(L"*") == 0) {
+    return {left * right, NumbType, false};
+  }
+  if (i_Op.compareTo(L"div") == 0) {
+    return {left / right, NumbType, false};
+  }
+  // Deliberately integral: both operands are truncated first, so 5.5 mod 2 is 1. Computed in
+  // 64 bits so that -2147483648 mod -1 cannot overflow.
+  const int64_t dividend = truncateToInt32(left);
+  const int64_t divisor = truncateToInt32(right);
+  if (divisor == 0) {
+    return kNaN;
+  }
+  return {static_cast<double>(dividend % divisor), NumbType, false};
 }
 
 // ---- Node-set functions ----
