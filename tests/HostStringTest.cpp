@@ -102,6 +102,8 @@ TEST(HostString, ConcatAndTrimChangeOnlyTheirOwnCopy) {
   EXPECT_STREQ(L"ab", copy.c_str());
   text.concat(text);
   EXPECT_STREQ(L"abcdefabcdef", text.c_str());
+  text.concat(text.c_str() + 10);
+  EXPECT_STREQ(L"abcdefabcdefef", text.c_str());
   String padded(L" \t x y \n");
   const String before(padded);
   EXPECT_STREQ(L"x y", padded.trim().c_str());

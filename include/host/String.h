@@ -9,6 +9,7 @@
 
 #include <cstddef>
 #include <string>
+#include <string_view>
 
 class String {
  public:
@@ -65,5 +66,8 @@ class String {
   struct Buffer;
   void release();
   void makeUnique(int i_ExtraCapacity);
+  std::wstring_view view() const { return std::wstring_view(c_str(), length()); }
+  String& append(const wchar_t* i_Text, int i_Length);
+  int compareTo(std::wstring_view i_Other, int i_IgnoreCase) const;
   Buffer* m_Buffer;  // null for the empty string
 };

@@ -5,6 +5,7 @@
 #include <cstring>
 #include <cwchar>
 #include <cwctype>
+#include <functional>
 #include <new>
 #include <string_view>
 
@@ -121,25 +122,28 @@ const wchar_t* String::c_str() const {
   return m_Buffer == nullptr ? L"" : m_Buffer->chars();
 }
 
+namespace {
+
+int position(size_t i_Found) {
+  return i_Found == std::wstring_view::npos ? -1 : static_cast<int>(i_Found);
+}
+
+}  // namespace
+
 int String::indexOf(wchar_t i_Char, int i_From) const {
-  return indexOf(String(&i_Char, 1), i_From);
+  return position(view().find(i_Char, clamp(i_From, 0, length())));
 }
 
 int String::indexOf(const String& i_Text, int i_From) const {
-  const std::wstring_view text(c_str(), length());
-  const size_t found =
-      text.find(std::wstring_view(i_Text.c_str(), i_Text.length()), clamp(i_From, 0, length()));
-  return found == std::wstring_view::npos ? -1 : static_cast<int>(found);
+  return position(view().find(i_Text.view(), clamp(i_From, 0, length())));
 }
 
 int String::lastIndexOf(wchar_t i_Char) const {
-  return lastIndexOf(String(&i_Char, 1));
+  return position(view().rfind(i_Char));
 }
 
 int String::lastIndexOf(const String& i_Text) const {
-  const std::wstring_view text(c_str(), length());
-  const size_t found = text.rfind(std::wstring_view(i_Text.c_str(), i_Text.length()));
-  return found == std::wstring_view::npos ? -1 : static_cast<int>(found);
+  return position(view().rfind(i_Text.view()));
 }
 
 bool String::startsWith(const String& i_Prefix, int i_Start) const {
@@ -153,10 +157,19 @@ bool String::endsWith(const String& i_Suffix) const {
 }
 
 int String::compareTo(const String& i_Other, int i_IgnoreCase) const {
-  const int common = std::min(length(), i_Other.length());
+  return compareTo(i_Other.view(), i_IgnoreCase);
+}
+
+int String::compareTo(const wchar_t* i_Other) const {
+  return compareTo(i_Other == nullptr ? std::wstring_view() : std::wstring_view(i_Other), 0);
+}
+
+int String::compareTo(std::wstring_view i_Other, int i_IgnoreCase) const {
+  const int otherLength = static_cast<int>(i_Other.size());
+  const int common = std::min(length(), otherLength);
   for (int i = 0; i < common; ++i) {
     wchar_t mine = c_str()[i];
-    wchar_t theirs = i_Other.c_str()[i];
+    wchar_t theirs = i_Other[i];
     if (i_IgnoreCase != 0) {
       mine = static_cast<wchar_t>(std::towlower(mine));
       theirs = static_cast<wchar_t>(std::towlower(theirs));
@@ -165,11 +178,7 @@ int String::compareTo(const String& i_Other, int i_IgnoreCase) const {
       return mine < theirs ? -1 : 1;
     }
   }
-  return length() == i_Other.length() ? 0 : (length() < i_Other.length() ? -1 : 1);
-}
-
-int String::compareTo(const wchar_t* i_Other) const {
-  return compareTo(String(i_Other));
+  return length() == otherLength ? 0 : (length() < otherLength ? -1 : 1);
 }
 
 String String::substring(int i_Begin) const {
@@ -189,24 +198,31 @@ String& String::concat(const String& i_Text) {
   if (m_Buffer == nullptr) {
     return *this = i_Text;
   }
-  // Keeps a reference so that appending a string to itself reads a live buffer.
-  const String text(i_Text);
-  const int extra = text.length();
-  if (extra > 0) {
-    makeUnique(extra);
-    std::wmemcpy(m_Buffer->chars() + m_Buffer->m_Length, text.c_str(), extra);
-    m_Buffer->m_Length += extra;
-    m_Buffer->chars()[m_Buffer->m_Length] = L'\0';
-  }
-  return *this;
+  return append(i_Text.c_str(), i_Text.length());
 }
 
 String& String::concat(const wchar_t* i_Text) {
-  return concat(String(i_Text));
+  return i_Text == nullptr ? *this : append(i_Text, static_cast<int>(std::wcslen(i_Text)));
 }
 
 String& String::concat(wchar_t i_Char) {
-  return concat(String(&i_Char, 1));
+  return append(&i_Char, 1);
+}
+
+String& String::append(const wchar_t* i_Text, int i_Length) {
+  const std::less<const wchar_t*> before;
+  if (i_Length > 0 && !before(i_Text, c_str()) && before(i_Text, c_str() + length())) {
+    // Text of this very buffer would be freed by a reallocation before it is copied.
+    const std::wstring copy(i_Text, i_Length);
+    return append(copy.data(), i_Length);
+  }
+  if (i_Length > 0) {
+    makeUnique(i_Length);
+    std::wmemcpy(m_Buffer->chars() + m_Buffer->m_Length, i_Text, i_Length);
+    m_Buffer->m_Length += i_Length;
+    m_Buffer->chars()[m_Buffer->m_Length] = L'\0';
+  }
+  return *this;
 }
 
 String& String::trim() {
