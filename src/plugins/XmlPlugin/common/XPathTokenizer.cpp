@@ -25,106 +25,25 @@ namespace XmlPlugin {
 namespace {
 
 // Keyword tables: a lookup takes the first entry that matches, so their order matters.
-const std::initializer_list<const wchar_t*> AXIS_NAMES = {L"ancestor-or-self",
-                                                          L"ancestor",
-                                                          L"attribute",
-                                                          L"child",
-                                                          L"descendant",
-                                                          L"descendant-or-self",
-                                                          L"following",
-                                                          L"following-sibling",
-                                                          L"namespace",
-                                                          L"parent",
-                                                          L"preceding-sibling",
-                                                          L"preceding",
-                                                          L"self"};
-const std::initializer_list<const wchar_t*> FUNCTION_NAMES = {L"starts-with",
-                                                              L"substring-after",
-                                                              L"substring-before",
-                                                              L"substring",
-                                                              L"string-length",
-                                                              L"normalize-space",
-                                                              L"translate",
-                                                              L"local-name",
-                                                              L"name",
-                                                              L"concat",
-                                                              L"contains",
-                                                              L"floor",
-                                                              L"string",
-                                                              L"number",
-                                                              L"boolean",
-                                                              L"sum",
-                                                              L"ceiling",
-                                                              L"position",
-                                                              L"last",
-                                                              L"count",
-                                                              L"round",
-                                                              L"not",
-                                                              L"true",
-                                                              L"false"};
-const std::initializer_list<const wchar_t*> NODE_TYPES = {L"comment()", L"text()",
-                                                          L"processing-instruction()", L"node()"};
+// clang-format off
+const std::initializer_list<const wchar_t*> AXIS_NAMES = {
+    L"ancestor-or-self", L"ancestor", L"attribute", L"child", L"descendant",
+    L"descendant-or-self", L"following", L"following-sibling", L"namespace", L"parent",
+    L"preceding-sibling", L"preceding", L"self"};
+const std::initializer_list<const wchar_t*> FUNCTION_NAMES = {
+    L"starts-with", L"substring-after", L"substring-before", L"substring", L"string-length",
+    L"normalize-space", L"translate", L"local-name", L"name", L"concat", L"contains", L"floor",
+    L"string", L"number", L"boolean", L"sum", L"ceiling", L"position", L"last", L"count",
+    L"round", L"not", L"true", L"false"};
+// Node types are stored with their parentheses.
+const std::initializer_list<const wchar_t*> NODE_TYPES = {
+    L"comment()", L"text()", L"processing-instruction()", L"node()"};
+// clang-format on
+const std::initializer_list<const wchar_t*> PATH_SEPARATORS = {L"//", L"/"};
 
 const wchar_t BLANK = L' ';
 
-// Restores the nesting depth however a production returns.
-class NestingLevel {
- public:
-  explicit NestingLevel(int& io_Nesting) : m_Nesting(io_Nesting) { ++m_Nesting; }
-  ~NestingLevel() { --m_Nesting; }
-  NestingLevel(const NestingLevel&) = delete;
-  NestingLevel& operator=(const NestingLevel&) = delete;
-  // The wrapping parentheses add one level to what the text itself nests.
-  bool isTooDeep() const { return m_Nesting > XPATH_MAX_NESTING + 1; }
-
- private:
-  int& m_Nesting;
-};
-
 }  // namespace
-
-const XPathTokenizer::ProductionEntry XPathTokenizer::PRODUCTIONS[PRODUCTION_COUNT] = {
-    {&XPathTokenizer::isUnionExpr, "XPathTokenizer::isUnionExpr"},
-    {&XPathTokenizer::isPathExpr, "XPathTokenizer::isPathExpr"},
-    {&XPathTokenizer::isFilterExpr, "XPathTokenizer::isFilterExpr"},
-    {&XPathTokenizer::isOrExpr, "XPathTokenizer::isOrExpr"},
-    {&XPathTokenizer::isAndExpr, "XPathTokenizer::isAndExpr"},
-    {&XPathTokenizer::isEqualityExpr, "XPathTokenizer::isEqualityExpr"},
-    {&XPathTokenizer::isRelationalExpr, "XPathTokenizer::isRelationalExpr"},
-    {&XPathTokenizer::isAdditiveExpr, "XPathTokenizer::isAdditiveExpr"},
-    {&XPathTokenizer::isMultiplicativeExpr, "XPathTokenizer::isMultiplicativeExpr"},
-    {&XPathTokenizer::isUnaryExpr, "XPathTokenizer::isUnaryExpr"},
-    {&XPathTokenizer::isExpr, "XPathTokenizer::isExpr"},
-    {&XPathTokenizer::isPrimaryExpr, "XPathTokenizer::isPrimaryExpr"},
-    {&XPathTokenizer::isFunctionCall, "XPathTokenizer::isFunctionCall"},
-    {&XPathTokenizer::isArgument, "XPathTokenizer::isArgument"},
-    {&XPathTokenizer::isLocationPath, "XPathTokenizer::isLocationPath"},
-    {&XPathTokenizer::isAbsoluteLocationPath, "XPathTokenizer::isAbsoluteLocationPath"},
-    {&XPathTokenizer::isRelativeLocationPath, "XPathTokenizer::isRelativeLocationPath"},
-    {&XPathTokenizer::isAbbreviatedAbsoluteLocationPath,
-     "XPathTokenizer::isAbbreviatedAbsoluteLocationPath"},
-    {&XPathTokenizer::isStep, "XPathTokenizer::isStep"},
-    {&XPathTokenizer::isAxisSpecifier, "XPathTokenizer::isAxisSpecifier"},
-    {&XPathTokenizer::isAxisName, "XPathTokenizer::isAxisName"},
-    {&XPathTokenizer::isAbbreviatedAxisSpecifier, "XPathTokenizer::isAbbreviatedAxisSpecifier"},
-    {&XPathTokenizer::isAbbreviatedStep, "XPathTokenizer::isAbbreviatedStep"},
-    {&XPathTokenizer::isNodeTest, "XPathTokenizer::isNodeTest"},
-    {&XPathTokenizer::isNodeType, "XPathTokenizer::isNodeType"},
-    {&XPathTokenizer::isNameTest, "XPathTokenizer::isNameTest"},
-    {&XPathTokenizer::isPredicate, "XPathTokenizer::isPredicate"},
-    {&XPathTokenizer::isPredicateExpr, "XPathTokenizer::isPredicateExpr"},
-    {&XPathTokenizer::isLiteral, "XPathTokenizer::isLiteral"},
-    {&XPathTokenizer::isNumber, "XPathTokenizer::isNumber"},
-    {&XPathTokenizer::isDigits, "XPathTokenizer::isDigits"},
-    {&XPathTokenizer::isFunctionName, "XPathTokenizer::isFunctionName"},
-    {&XPathTokenizer::isVariableReference, "XPathTokenizer::isVariableReference"},
-    {&XPathTokenizer::isQName, "XPathTokenizer::isQName"},
-    {&XPathTokenizer::isPrefixName, "XPathTokenizer::isPrefixName"},
-    {&XPathTokenizer::isUnprefixedName, "XPathTokenizer::isUnprefixedName"},
-    {&XPathTokenizer::isPrefix, "XPathTokenizer::isPrefix"},
-    {&XPathTokenizer::isLocalPart, "XPathTokenizer::isLocalPart"},
-    {&XPathTokenizer::isNCName, "XPathTokenizer::isNCName"},
-};
 
 XPathTokenizer::XPathTokenizer(const String& i_XPath)
     : m_Tracer(Tracer::getInstance(TRACE_COMPONENT)),
@@ -173,28 +92,25 @@ std::vector<std::unique_ptr<XPathExpression>> XPathTokenizer::releaseItems() {
 
 // UnionExpr ::= PathExpr ( "|" PathExpr )*
 int XPathTokenizer::isUnionExpr(int i_Position, bool i_Consume) {
-  return operatorChain(i_Position, i_Consume, PathExpr, {L"|"}, PlainChain);
+  static const std::initializer_list<const wchar_t*> OPERATORS = {L"|"};
+  return operatorChain(i_Position, i_Consume, PathExpr, OPERATORS, PlainChain);
 }
 
 // PathExpr ::= FilterExpr ( ( "//" | "/" ) RelativeLocationPath )? | LocationPath
 // The relative path after a filter expression emits nothing.
 int XPathTokenizer::isPathExpr(int i_Position, bool i_Consume) {
-  const int filter = measure(FilterExpr, i_Position);
+  const int filter = delegate(FilterExpr, i_Position, i_Consume);
   if (filter == 0) {
     return delegate(LocationPath, i_Position, i_Consume);
   }
-  const wchar_t* pSeparator = nullptr;
-  int separator = matchFirst(i_Position + filter, {L"//", L"/"}, &pSeparator);
+  const int separator = matchFirst(i_Position + filter, PATH_SEPARATORS).m_Length;
   const int relative =
       separator != 0 ? measure(RelativeLocationPath, i_Position + filter + separator) : 0;
   if (relative == 0) {
-    separator = 0;
+    return filter;
   }
   if (i_Consume) {
-    emit(FilterExpr, i_Position);
-    if (separator != 0) {
-      emitToken(pSeparator, nullptr);
-    }
+    emitToken(matchFirst(i_Position + filter, PATH_SEPARATORS).m_pText, nullptr);
   }
   return filter + separator + relative;
 }
@@ -213,39 +129,47 @@ int XPathTokenizer::isFilterExpr(int i_Position, bool i_Consume) {
 
 // OrExpr ::= AndExpr ( "or" AndExpr )*
 int XPathTokenizer::isOrExpr(int i_Position, bool i_Consume) {
-  // Every nested expression passes here, so this bounds the recursion.
-  NestingLevel level(m_Nesting);
-  if (level.isTooDeep()) {
+  // Every nested expression passes here, so this bounds the recursion. The wrapping
+  // parentheses add one level to what the text itself nests.
+  if (m_Nesting > XPATH_MAX_NESTING) {
     reject();
     return 0;
   }
-  return operatorChain(i_Position, i_Consume, AndExpr, {L"or"}, PlainChain);
+  static const std::initializer_list<const wchar_t*> OPERATORS = {L"or"};
+  ++m_Nesting;
+  const int length = operatorChain(i_Position, i_Consume, AndExpr, OPERATORS, PlainChain);
+  --m_Nesting;
+  return length;
 }
 
 // AndExpr ::= EqualityExpr ( "and" EqualityExpr )*
 int XPathTokenizer::isAndExpr(int i_Position, bool i_Consume) {
-  return operatorChain(i_Position, i_Consume, EqualityExpr, {L"and"}, AndChainSlip);
+  static const std::initializer_list<const wchar_t*> OPERATORS = {L"and"};
+  return operatorChain(i_Position, i_Consume, EqualityExpr, OPERATORS, AndChainSlip);
 }
 
 // EqualityExpr ::= RelationalExpr ( ( "!=" | "=" ) RelationalExpr )*
 int XPathTokenizer::isEqualityExpr(int i_Position, bool i_Consume) {
-  return operatorChain(i_Position, i_Consume, RelationalExpr, {L"!=", L"="}, PlainChain);
+  static const std::initializer_list<const wchar_t*> OPERATORS = {L"!=", L"="};
+  return operatorChain(i_Position, i_Consume, RelationalExpr, OPERATORS, PlainChain);
 }
 
 // RelationalExpr ::= AdditiveExpr ( ( "<=" | ">=" | "<" | ">" ) AdditiveExpr )*
 int XPathTokenizer::isRelationalExpr(int i_Position, bool i_Consume) {
-  return operatorChain(i_Position, i_Consume, AdditiveExpr, {L"<=", L">=", L"<", L">"}, PlainChain);
+  static const std::initializer_list<const wchar_t*> OPERATORS = {L"<=", L">=", L"<", L">"};
+  return operatorChain(i_Position, i_Consume, AdditiveExpr, OPERATORS, PlainChain);
 }
 
 // AdditiveExpr ::= MultiplicativeExpr ( ( "+" | "-" ) MultiplicativeExpr )*
 int XPathTokenizer::isAdditiveExpr(int i_Position, bool i_Consume) {
-  return operatorChain(i_Position, i_Consume, MultiplicativeExpr, {L"+", L"-"}, PlainChain);
+  static const std::initializer_list<const wchar_t*> OPERATORS = {L"+", L"-"};
+  return operatorChain(i_Position, i_Consume, MultiplicativeExpr, OPERATORS, PlainChain);
 }
 
 // MultiplicativeExpr ::= UnaryExpr ( ( "*" | "div" | "mod" ) UnaryExpr )*
 int XPathTokenizer::isMultiplicativeExpr(int i_Position, bool i_Consume) {
-  return operatorChain(i_Position, i_Consume, UnaryExpr, {L"*", L"div", L"mod"},
-                       MultiplicativeChainRetry);
+  static const std::initializer_list<const wchar_t*> OPERATORS = {L"*", L"div", L"mod"};
+  return operatorChain(i_Position, i_Consume, UnaryExpr, OPERATORS, MultiplicativeChainRetry);
 }
 
 // UnaryExpr ::= "-"* UnionExpr
@@ -279,8 +203,9 @@ int XPathTokenizer::isExpr(int i_Position, bool i_Consume) {
 
 // PrimaryExpr ::= VariableReference | "(" Expr ")" | FunctionCall | Literal | Number
 int XPathTokenizer::isPrimaryExpr(int i_Position, bool i_Consume) {
+  static const std::initializer_list<Part> GROUP = {L"(", Expr, L")"};
   int length = delegate(VariableReference, i_Position, i_Consume);
-  length |= sequence(i_Position, i_Consume, {L"(", Expr, L")"});
+  length |= sequence(i_Position, i_Consume, GROUP);
   length |= delegate(FunctionCall, i_Position, i_Consume);
   length |= delegate(Literal, i_Position, i_Consume);
   return length | delegate(Number, i_Position, i_Consume);
@@ -340,25 +265,26 @@ int XPathTokenizer::isLocationPath(int i_Position, bool i_Consume) {
     length = measure(AbsoluteLocationPath, i_Position);
   }
   if (i_Consume && length != 0) {
-    emitOperand(sourceText(i_Position, length));
+    emitOperand(i_Position, length, KeepBlanks);
   }
   return length;
 }
 
 // AbsoluteLocationPath ::= AbbreviatedAbsoluteLocationPath | "/" RelativeLocationPath
 int XPathTokenizer::isAbsoluteLocationPath(int i_Position, bool) {
-  return measure(AbbreviatedAbsoluteLocationPath, i_Position) |
-         sequence(i_Position, false, {L"/", RelativeLocationPath});
+  static const std::initializer_list<Part> PARTS = {L"/", RelativeLocationPath};
+  return measure(AbbreviatedAbsoluteLocationPath, i_Position) | sequence(i_Position, false, PARTS);
 }
 
 // RelativeLocationPath ::= Step ( ( "//" | "/" ) Step )*
 int XPathTokenizer::isRelativeLocationPath(int i_Position, bool) {
-  return operatorChain(i_Position, false, Step, {L"//", L"/"}, PlainChain);
+  return operatorChain(i_Position, false, Step, PATH_SEPARATORS, PlainChain);
 }
 
 // AbbreviatedAbsoluteLocationPath ::= "//" RelativeLocationPath
 int XPathTokenizer::isAbbreviatedAbsoluteLocationPath(int i_Position, bool) {
-  return sequence(i_Position, false, {L"//", RelativeLocationPath});
+  static const std::initializer_list<Part> PARTS = {L"//", RelativeLocationPath};
+  return sequence(i_Position, false, PARTS);
 }
 
 // Step ::= AxisSpecifier NodeTest Predicate* | AbbreviatedStep
@@ -386,7 +312,7 @@ int XPathTokenizer::isAxisSpecifier(int i_Position, bool) {
 
 // AxisName ::= the first entry of AXIS_NAMES the text continues with
 int XPathTokenizer::isAxisName(int i_Position, bool) {
-  return matchFirst(i_Position, AXIS_NAMES, nullptr);
+  return matchFirst(i_Position, AXIS_NAMES).m_Length;
 }
 
 // AbbreviatedAxisSpecifier ::= "@"
@@ -402,22 +328,25 @@ int XPathTokenizer::isAbbreviatedStep(int i_Position, bool) {
 
 // NodeTest ::= NodeType | NameTest | "processing-instruction" "(" Literal ")"
 int XPathTokenizer::isNodeTest(int i_Position, bool) {
+  static const std::initializer_list<Part> INSTRUCTION = {L"processing-instruction", L"(", Literal,
+                                                          L")"};
   return measure(NodeType, i_Position) | measure(NameTest, i_Position) |
-         sequence(i_Position, false, {L"processing-instruction", L"(", Literal, L")"});
+         sequence(i_Position, false, INSTRUCTION);
 }
 
 // NodeType ::= the first entry of NODE_TYPES ("comment()", "text()", ...) the text
 // continues with
 int XPathTokenizer::isNodeType(int i_Position, bool) {
-  return matchFirst(i_Position, NODE_TYPES, nullptr);
+  return matchFirst(i_Position, NODE_TYPES).m_Length;
 }
 
 // NameTest ::= "*" | NCName ":" "*" | QName   (the first that matches)
 int XPathTokenizer::isNameTest(int i_Position, bool) {
+  static const std::initializer_list<Part> ANY_LOCAL = {NCName, L":", L"*"};
   if (const int any = isCharacter(i_Position, L"*", false)) {
     return any;
   }
-  if (const int anyLocal = sequence(i_Position, false, {NCName, L":", L"*"})) {
+  if (const int anyLocal = sequence(i_Position, false, ANY_LOCAL)) {
     return anyLocal;
   }
   return measure(QName, i_Position);
@@ -425,7 +354,8 @@ int XPathTokenizer::isNameTest(int i_Position, bool) {
 
 // Predicate ::= "[" PredicateExpr "]"
 int XPathTokenizer::isPredicate(int i_Position, bool i_Consume) {
-  return sequence(i_Position, i_Consume, {L"[", PredicateExpr, L"]"});
+  static const std::initializer_list<Part> PARTS = {L"[", PredicateExpr, L"]"};
+  return sequence(i_Position, i_Consume, PARTS);
 }
 
 // PredicateExpr ::= Expr
@@ -451,7 +381,7 @@ int XPathTokenizer::isLiteral(int i_Position, bool i_Consume) {
   }
   const int length = end + 1 - i_Position;
   if (i_Consume) {
-    emitOperand(tokenText(i_Position, length));
+    emitOperand(i_Position, length, SkipBlanks);
   }
   return length;
 }
@@ -470,7 +400,7 @@ int XPathTokenizer::isNumber(int i_Position, bool i_Consume) {
     length += measure(Digits, i_Position + length);
   }
   if (i_Consume) {
-    emitOperand(tokenText(i_Position, length));
+    emitOperand(i_Position, length, SkipBlanks);
   }
   return length;
 }
@@ -487,17 +417,17 @@ int XPathTokenizer::isDigits(int i_Position, bool) {
 // FunctionName ::= the first entry of FUNCTION_NAMES the text continues with
 // Emits the function's operator; a function call always has "(" next.
 int XPathTokenizer::isFunctionName(int i_Position, bool i_Consume) {
-  const wchar_t* pName = nullptr;
-  const int length = matchFirst(i_Position, FUNCTION_NAMES, &pName);
-  if (i_Consume && length != 0) {
-    addItem(XPathExpression::create(String(pName), String(L"("), nullptr));
+  const Match name = matchFirst(i_Position, FUNCTION_NAMES);
+  if (i_Consume && name.m_Length != 0) {
+    addItem(XPathExpression::create(String(name.m_pText), String(L"("), nullptr));
   }
-  return length;
+  return name.m_Length;
 }
 
 // VariableReference ::= "$" QName   (recognised; no variable is ever bound)
 int XPathTokenizer::isVariableReference(int i_Position, bool i_Consume) {
-  return sequence(i_Position, i_Consume, {L"$", QName});
+  static const std::initializer_list<Part> PARTS = {L"$", QName};
+  return sequence(i_Position, i_Consume, PARTS);
 }
 
 // QName ::= PrefixName | UnprefixedName   (emitted as one operand)
@@ -507,14 +437,15 @@ int XPathTokenizer::isQName(int i_Position, bool i_Consume) {
     length = measure(UnprefixedName, i_Position);
   }
   if (i_Consume && length != 0) {
-    emitOperand(tokenText(i_Position, length));
+    emitOperand(i_Position, length, SkipBlanks);
   }
   return length;
 }
 
 // PrefixName ::= Prefix ":" LocalPart
 int XPathTokenizer::isPrefixName(int i_Position, bool) {
-  return sequence(i_Position, false, {Prefix, L":", LocalPart});
+  static const std::initializer_list<Part> PARTS = {Prefix, L":", LocalPart};
+  return sequence(i_Position, false, PARTS);
 }
 
 // UnprefixedName ::= LocalPart
@@ -544,14 +475,14 @@ int XPathTokenizer::isNCName(int i_Position, bool i_Consume) {
     length += next;
   }
   if (i_Consume) {
-    emitOperand(tokenText(i_Position, length));
+    emitOperand(i_Position, length, SkipBlanks);
   }
   return length;
 }
 
 int XPathTokenizer::isCharacter(int i_Position, const wchar_t* i_pLiteral, bool i_Consume) {
   Trace trace(m_Tracer, "XPathTokenizer::isCharacter");
-  const int length = matchFirst(i_Position, {i_pLiteral}, nullptr);
+  const int length = matchFirst(i_Position, {i_pLiteral}).m_Length;
   if (i_Consume && length != 0) {
     emitToken(i_pLiteral, nullptr);
   }
@@ -662,26 +593,208 @@ int XPathTokenizer::measure(Production i_Production, int i_Position) {
     return 0;
   }
   const long long key = static_cast<long long>(i_Position) * PRODUCTION_COUNT + i_Production;
-  const auto found = m_Measured.find(key);
-  if (found != m_Measured.end()) {
-    return found->second;
+  int length = recall(key);
+  if (length < 0) {
+    length = run(i_Production, i_Position, false);
+    remember(key, length);
   }
-  traceProduction(i_Production, i_Position, false);
-  const int length = (this->*PRODUCTIONS[i_Production].m_Operation)(i_Position, false);
-  m_Measured.emplace(key, length);
   return length;
+}
+
+// Kept out of measure(), whose frame is on every level of the recursion.
+int XPathTokenizer::recall(long long i_Key) const {
+  const auto found = m_Measured.find(i_Key);
+  return found != m_Measured.end() ? found->second : -1;
+}
+
+void XPathTokenizer::remember(long long i_Key, int i_Length) {
+  m_Measured.emplace(i_Key, i_Length);
 }
 
 void XPathTokenizer::emit(Production i_Production, int i_Position) {
   if (measure(i_Production, i_Position) != 0) {
-    traceProduction(i_Production, i_Position, true);
-    (this->*PRODUCTIONS[i_Production].m_Operation)(i_Position, true);
+    run(i_Production, i_Position, true);
   }
 }
 
+// A switch rather than a table of member pointers: the dispatch sits on every level of the
+// recursion, and this keeps its stack frame small.
+int XPathTokenizer::run(Production i_Production, int i_Position, bool i_Consume) {
+  traceProduction(i_Production, i_Position, i_Consume);
+  switch (i_Production) {
+    case UnionExpr:
+      return isUnionExpr(i_Position, i_Consume);
+    case PathExpr:
+      return isPathExpr(i_Position, i_Consume);
+    case FilterExpr:
+      return isFilterExpr(i_Position, i_Consume);
+    case OrExpr:
+      return isOrExpr(i_Position, i_Consume);
+    case AndExpr:
+      return isAndExpr(i_Position, i_Consume);
+    case EqualityExpr:
+      return isEqualityExpr(i_Position, i_Consume);
+    case RelationalExpr:
+      return isRelationalExpr(i_Position, i_Consume);
+    case AdditiveExpr:
+      return isAdditiveExpr(i_Position, i_Consume);
+    case MultiplicativeExpr:
+      return isMultiplicativeExpr(i_Position, i_Consume);
+    case UnaryExpr:
+      return isUnaryExpr(i_Position, i_Consume);
+    case Expr:
+      return isExpr(i_Position, i_Consume);
+    case PrimaryExpr:
+      return isPrimaryExpr(i_Position, i_Consume);
+    case FunctionCall:
+      return isFunctionCall(i_Position, i_Consume);
+    case Argument:
+      return isArgument(i_Position, i_Consume);
+    case LocationPath:
+      return isLocationPath(i_Position, i_Consume);
+    case AbsoluteLocationPath:
+      return isAbsoluteLocationPath(i_Position, i_Consume);
+    case RelativeLocationPath:
+      return isRelativeLocationPath(i_Position, i_Consume);
+    case AbbreviatedAbsoluteLocationPath:
+      return isAbbreviatedAbsoluteLocationPath(i_Position, i_Consume);
+    case Step:
+      return isStep(i_Position, i_Consume);
+    case AxisSpecifier:
+      return isAxisSpecifier(i_Position, i_Consume);
+    case AxisName:
+      return isAxisName(i_Position, i_Consume);
+    case AbbreviatedAxisSpecifier:
+      return isAbbreviatedAxisSpecifier(i_Position, i_Consume);
+    case AbbreviatedStep:
+      return isAbbreviatedStep(i_Position, i_Consume);
+    case NodeTest:
+      return isNodeTest(i_Position, i_Consume);
+    case NodeType:
+      return isNodeType(i_Position, i_Consume);
+    case NameTest:
+      return isNameTest(i_Position, i_Consume);
+    case Predicate:
+      return isPredicate(i_Position, i_Consume);
+    case PredicateExpr:
+      return isPredicateExpr(i_Position, i_Consume);
+    case Literal:
+      return isLiteral(i_Position, i_Consume);
+    case Number:
+      return isNumber(i_Position, i_Consume);
+    case Digits:
+      return isDigits(i_Position, i_Consume);
+    case FunctionName:
+      return isFunctionName(i_Position, i_Consume);
+    case VariableReference:
+      return isVariableReference(i_Position, i_Consume);
+    case QName:
+      return isQName(i_Position, i_Consume);
+    case PrefixName:
+      return isPrefixName(i_Position, i_Consume);
+    case UnprefixedName:
+      return isUnprefixedName(i_Position, i_Consume);
+    case Prefix:
+      return isPrefix(i_Position, i_Consume);
+    case LocalPart:
+      return isLocalPart(i_Position, i_Consume);
+    case NCName:
+      return isNCName(i_Position, i_Consume);
+    case PRODUCTION_COUNT:
+      break;
+  }
+  return 0;
+}
+
 void XPathTokenizer::traceProduction(Production i_Production, int i_Position, bool i_Consume) {
-  Trace trace(m_Tracer, PRODUCTIONS[i_Production].m_pName);
+  Trace trace(m_Tracer, productionName(i_Production));
   HOST_TRACE(trace, 3) << " Offset = " << i_Position << ", consume = " << i_Consume;
+}
+
+const char* XPathTokenizer::productionName(Production i_Production) {
+  switch (i_Production) {
+    case UnionExpr:
+      return "XPathTokenizer::isUnionExpr";
+    case PathExpr:
+      return "XPathTokenizer::isPathExpr";
+    case FilterExpr:
+      return "XPathTokenizer::isFilterExpr";
+    case OrExpr:
+      return "XPathTokenizer::isOrExpr";
+    case AndExpr:
+      return "XPathTokenizer::isAndExpr";
+    case EqualityExpr:
+      return "XPathTokenizer::isEqualityExpr";
+    case RelationalExpr:
+      return "XPathTokenizer::isRelationalExpr";
+    case AdditiveExpr:
+      return "XPathTokenizer::isAdditiveExpr";
+    case MultiplicativeExpr:
+      return "XPathTokenizer::isMultiplicativeExpr";
+    case UnaryExpr:
+      return "XPathTokenizer::isUnaryExpr";
+    case Expr:
+      return "XPathTokenizer::isExpr";
+    case PrimaryExpr:
+      return "XPathTokenizer::isPrimaryExpr";
+    case FunctionCall:
+      return "XPathTokenizer::isFunctionCall";
+    case Argument:
+      return "XPathTokenizer::isArgument";
+    case LocationPath:
+      return "XPathTokenizer::isLocationPath";
+    case AbsoluteLocationPath:
+      return "XPathTokenizer::isAbsoluteLocationPath";
+    case RelativeLocationPath:
+      return "XPathTokenizer::isRelativeLocationPath";
+    case AbbreviatedAbsoluteLocationPath:
+      return "XPathTokenizer::isAbbreviatedAbsoluteLocationPath";
+    case Step:
+      return "XPathTokenizer::isStep";
+    case AxisSpecifier:
+      return "XPathTokenizer::isAxisSpecifier";
+    case AxisName:
+      return "XPathTokenizer::isAxisName";
+    case AbbreviatedAxisSpecifier:
+      return "XPathTokenizer::isAbbreviatedAxisSpecifier";
+    case AbbreviatedStep:
+      return "XPathTokenizer::isAbbreviatedStep";
+    case NodeTest:
+      return "XPathTokenizer::isNodeTest";
+    case NodeType:
+      return "XPathTokenizer::isNodeType";
+    case NameTest:
+      return "XPathTokenizer::isNameTest";
+    case Predicate:
+      return "XPathTokenizer::isPredicate";
+    case PredicateExpr:
+      return "XPathTokenizer::isPredicateExpr";
+    case Literal:
+      return "XPathTokenizer::isLiteral";
+    case Number:
+      return "XPathTokenizer::isNumber";
+    case Digits:
+      return "XPathTokenizer::isDigits";
+    case FunctionName:
+      return "XPathTokenizer::isFunctionName";
+    case VariableReference:
+      return "XPathTokenizer::isVariableReference";
+    case QName:
+      return "XPathTokenizer::isQName";
+    case PrefixName:
+      return "XPathTokenizer::isPrefixName";
+    case UnprefixedName:
+      return "XPathTokenizer::isUnprefixedName";
+    case Prefix:
+      return "XPathTokenizer::isPrefix";
+    case LocalPart:
+      return "XPathTokenizer::isLocalPart";
+    case NCName:
+      return "XPathTokenizer::isNCName";
+    case PRODUCTION_COUNT:
+      break;
+  }
+  return "XPathTokenizer";
 }
 
 int XPathTokenizer::delegate(Production i_Production, int i_Position, bool i_Consume) {
@@ -691,22 +804,23 @@ int XPathTokenizer::delegate(Production i_Production, int i_Position, bool i_Con
   return measure(i_Production, i_Position);
 }
 
-int XPathTokenizer::sequence(int i_Position, bool i_Consume, std::initializer_list<Part> i_Parts) {
+int XPathTokenizer::sequence(int i_Position, bool i_Consume,
+                             const std::initializer_list<Part>& i_Parts) {
   int length = 0;
-  for (const Part& part : i_Parts) {
-    const int partLength = part.m_pLiteral != nullptr
-                               ? isCharacter(i_Position + length, part.m_pLiteral, false)
-                               : measure(part.m_Production, i_Position + length);
-    if (partLength == 0) {
+  for (const Part* pPart = i_Parts.begin(); pPart != i_Parts.end(); ++pPart) {
+    const int part = pPart->m_pLiteral != nullptr
+                         ? isCharacter(i_Position + length, pPart->m_pLiteral, false)
+                         : measure(pPart->m_Production, i_Position + length);
+    if (part == 0) {
       return 0;
     }
-    length += partLength;
+    length += part;
   }
   if (i_Consume) {
     int at = i_Position;
-    for (const Part& part : i_Parts) {
-      at += part.m_pLiteral != nullptr ? isCharacter(at, part.m_pLiteral, true)
-                                       : delegate(part.m_Production, at, true);
+    for (const Part* pPart = i_Parts.begin(); pPart != i_Parts.end(); ++pPart) {
+      at += pPart->m_pLiteral != nullptr ? isCharacter(at, pPart->m_pLiteral, true)
+                                         : delegate(pPart->m_Production, at, true);
     }
   }
   return length;
@@ -718,7 +832,7 @@ int XPathTokenizer::sequence(int i_Position, bool i_Consume, std::initializer_li
 // operand and would retry it forever; positions shifted by the AndExpr slip can get there, and
 // the text is then rejected instead.
 int XPathTokenizer::operatorChain(int i_Position, bool i_Consume, Production i_Operand,
-                                  std::initializer_list<const wchar_t*> i_Operators,
+                                  const std::initializer_list<const wchar_t*>& i_Operators,
                                   ChainEmission i_Emission) {
   const int first = delegate(i_Operand, i_Position, i_Consume);
   if (first == 0) {
@@ -726,8 +840,7 @@ int XPathTokenizer::operatorChain(int i_Position, bool i_Consume, Production i_O
   }
   int at = i_Position + first;
   for (;;) {
-    const wchar_t* pOperator = nullptr;
-    const int operatorLength = matchFirst(at, i_Operators, &pOperator);
+    const int operatorLength = matchFirst(at, i_Operators).m_Length;
     if (operatorLength == 0) {
       break;
     }
@@ -740,7 +853,7 @@ int XPathTokenizer::operatorChain(int i_Position, bool i_Consume, Production i_O
       break;
     }
     if (i_Consume) {
-      emitToken(pOperator, nullptr);
+      emitToken(matchFirst(at, i_Operators).m_pText, nullptr);
       emit(i_Operand, at + operatorLength);
     }
     at += (i_Consume && i_Emission == AndChainSlip ? first : operatorLength) + operand;
@@ -748,8 +861,8 @@ int XPathTokenizer::operatorChain(int i_Position, bool i_Consume, Production i_O
   return at - i_Position;
 }
 
-int XPathTokenizer::matchFirst(int i_Position, std::initializer_list<const wchar_t*> i_Texts,
-                               const wchar_t** o_ppText) const {
+XPathTokenizer::Match XPathTokenizer::matchFirst(
+    int i_Position, const std::initializer_list<const wchar_t*>& i_Texts) const {
   const int start = i_Position + countBlanks(i_Position);
   for (const wchar_t* pText : i_Texts) {
     int length = 0;
@@ -757,13 +870,10 @@ int XPathTokenizer::matchFirst(int i_Position, std::initializer_list<const wchar
       ++length;
     }
     if (pText[length] == 0) {
-      if (o_ppText != nullptr) {
-        *o_ppText = pText;
-      }
-      return start - i_Position + length;
+      return {start - i_Position + length, pText};
     }
   }
-  return 0;
+  return {0, nullptr};
 }
 
 int XPathTokenizer::countBlanks(int i_Position) const {
@@ -776,15 +886,6 @@ int XPathTokenizer::countBlanks(int i_Position) const {
 
 wchar_t XPathTokenizer::charAt(int i_Position) const {
   return i_Position < m_Length ? m_pText[i_Position] : 0;
-}
-
-String XPathTokenizer::sourceText(int i_Position, int i_Length) const {
-  return m_XPath.substring(i_Position, i_Position + i_Length - 1);
-}
-
-String XPathTokenizer::tokenText(int i_Position, int i_Length) const {
-  const int blanks = countBlanks(i_Position);
-  return sourceText(i_Position + blanks, i_Length - blanks);
 }
 
 XPathExpression* XPathTokenizer::addItem(XPathExpression* i_pItem) {
@@ -803,8 +904,9 @@ void XPathTokenizer::emitToken(const wchar_t* i_pToken, XPathExpression* i_pPrev
   addItem(XPathExpression::create(String(i_pToken), String(), i_pPrevious));
 }
 
-void XPathTokenizer::emitOperand(const String& i_Text) {
-  addItem(new XPathArgument(i_Text));
+void XPathTokenizer::emitOperand(int i_Position, int i_Length, Blanks i_Blanks) {
+  const int blanks = i_Blanks == SkipBlanks ? countBlanks(i_Position) : 0;
+  addItem(new XPathArgument(m_XPath.substring(i_Position + blanks, i_Position + i_Length - 1)));
 }
 
 void XPathTokenizer::reject() {

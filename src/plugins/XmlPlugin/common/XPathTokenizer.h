@@ -60,7 +60,7 @@ class XPathTokenizer {
   std::vector<std::unique_ptr<XPathExpression>> releaseItems();
 
  private:
-  // The memoised productions, in the order of the operation table in the .cpp file.
+  // The productions that are measured and emitted through measure() and emit().
   enum Production {
     UnionExpr,
     PathExpr,
@@ -103,17 +103,11 @@ class XPathTokenizer {
     NCName,
     PRODUCTION_COUNT
   };
-  typedef int (XPathTokenizer::*Operation)(int i_Position, bool i_Consume);
-  struct ProductionEntry {
-    Operation m_Operation;
-    const char* m_pName;  // for the trace
-  };
-  static const ProductionEntry PRODUCTIONS[PRODUCTION_COUNT];
 
   // One part of a sequence: a production or a literal text.
   struct Part {
-    Part(Production i_Production) : m_Production(i_Production) {}
-    Part(const wchar_t* i_pLiteral) : m_pLiteral(i_pLiteral) {}
+    constexpr Part(Production i_Production) : m_Production(i_Production) {}
+    constexpr Part(const wchar_t* i_pLiteral) : m_pLiteral(i_pLiteral) {}
     Production m_Production = PRODUCTION_COUNT;
     const wchar_t* m_pLiteral = nullptr;
   };
@@ -186,28 +180,37 @@ class XPathTokenizer {
   int measure(Production i_Production, int i_Position);
   // Emits a production at a position where it matches.
   void emit(Production i_Production, int i_Position);
+  // The memoised length for a key, -1 when not measured yet.
+  int recall(long long i_Key) const;
+  void remember(long long i_Key, int i_Length);
+  // Runs a production by its id.
+  int run(Production i_Production, int i_Position, bool i_Consume);
   void traceProduction(Production i_Production, int i_Position, bool i_Consume);
+  static const char* productionName(Production i_Production);
   // Emits i_Production when consuming; its length either way.
   int delegate(Production i_Production, int i_Position, bool i_Consume);
   // All parts in order, or 0 when one fails; emits each part when consuming.
-  int sequence(int i_Position, bool i_Consume, std::initializer_list<Part> i_Parts);
+  int sequence(int i_Position, bool i_Consume, const std::initializer_list<Part>& i_Parts);
   // Operand ( operator Operand )*; an operator without its right operand ends the chain.
   int operatorChain(int i_Position, bool i_Consume, Production i_Operand,
-                    std::initializer_list<const wchar_t*> i_Operators, ChainEmission i_Emission);
+                    const std::initializer_list<const wchar_t*>& i_Operators,
+                    ChainEmission i_Emission);
   // The first of the texts that the text continues with after blanks (operators and
-  // keywords alike: no word-boundary test), and the joint length; 0 for none.
-  int matchFirst(int i_Position, std::initializer_list<const wchar_t*> i_Texts,
-                 const wchar_t** o_ppText) const;
+  // keywords alike: no word-boundary test) with the joint length; length 0 for none.
+  struct Match {
+    int m_Length;
+    const wchar_t* m_pText;
+  };
+  Match matchFirst(int i_Position, const std::initializer_list<const wchar_t*>& i_Texts) const;
   int countBlanks(int i_Position) const;
   wchar_t charAt(int i_Position) const;
-  // The text covered, with and without the blanks before it.
-  String sourceText(int i_Position, int i_Length) const;
-  String tokenText(int i_Position, int i_Length) const;
 
   XPathExpression* addItem(XPathExpression* i_pItem);
   XPathExpression* own(XPathExpression* i_pItem);
   void emitToken(const wchar_t* i_pToken, XPathExpression* i_pPrevious);
-  void emitOperand(const String& i_Text);
+  // An operand of the text covered: a location path keeps the blanks before it, a token not.
+  enum Blanks { KeepBlanks, SkipBlanks };
+  void emitOperand(int i_Position, int i_Length, Blanks i_Blanks);
   void reject();
 
   Tracer& m_Tracer;
