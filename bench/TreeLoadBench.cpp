@@ -1,0 +1,141 @@
+// Load time and heap held per MB of XML: the host NodeReader tree against libxml2 (xmlReadFile)
+// and pugixml, on a generated catalogue document of 1 and 4 MB. Blank text is dropped by all
+// three. The heap counter is the malloc'd bytes a loaded tree holds, divided by the file size;
+// the timing covers loading only (freeing the tree is outside the timed region).
+//   build/release/bin/plugin_bench --benchmark_filter=TreeLoad
+// It needs libxml2 and pugixml on the bench target; without them this file builds to nothing.
+#if __has_include(<libxml/parser.h>) && __has_include(<pugixml.hpp>)
+
+#include <benchmark/benchmark.h>
+#include <libxml/parser.h>
+#include <libxml/tree.h>
+#include <malloc.h>
+#include <unistd.h>
+
+#include <cstdio>
+#include <fstream>
+#include <map>
+#include <memory>
+#include <pugixml.hpp>
+#include <string>
+
+#include "host/Node.h"
+#include "host/NodeReader.h"
+
+namespace {
+
+const size_t MEGABYTE = 1024 * 1024;
+
+// A catalogue of about i_Megabytes MB in a temporary file, removed with the object.
+class GeneratedDocument {
+ public:
+  explicit GeneratedDocument(size_t i_Megabytes) {
+    const char* pDir = std::getenv("TMPDIR");
+    m_Path = std::string(pDir != nullptr && *pDir != '\0' ? pDir : "/tmp") + "/treeload-" +
+             std::to_string(getpid()) + "-" + std::to_string(i_Megabytes) + ".xml";
+    std::string text = "<?xml version=\"1.0\"?>\n<catalog>\n";
+    for (size_t item = 0; text.size() < i_Megabytes * MEGABYTE; ++item) {
+      const std::string number = std::to_string(item);
+      text += "  <item id=\"" + number + "\" kind=\"" + (item % 3 == 0 ? "book" : "disc") +
+              "\">\n    <name>Item " + number + "</name>\n    <price>" + std::to_string(item % 97) +
+              ".50</price>\n    <tags><tag>alpha</tag><tag>beta" +
+              "</tag></tags>\n    <note>Kept &amp; shipped in order " + number +
+              "</note>\n  </item>\n";
+    }
+    text += "</catalog>\n";
+    std::ofstream(m_Path, std::ios::binary) << text;
+    m_Size = text.size();
+  }
+  ~GeneratedDocument() { std::remove(m_Path.c_str()); }
+  GeneratedDocument(const GeneratedDocument&) = delete;
+  GeneratedDocument& operator=(const GeneratedDocument&) = delete;
+
+  const std::string& path() const { return m_Path; }
+  size_t size() const { return m_Size; }
+
+ private:
+  std::string m_Path;
+  size_t m_Size = 0;
+};
+
+const GeneratedDocument& document(size_t i_Megabytes) {
+  static std::map<size_t, std::unique_ptr<GeneratedDocument>> documents;
+  std::unique_ptr<GeneratedDocument>& pDocument = documents[i_Megabytes];
+  if (!pDocument) {
+    pDocument = std::make_unique<GeneratedDocument>(i_Megabytes);
+  }
+  return *pDocument;
+}
+
+class TreeSink : public NodeSink {
+ public:
+  TErrorCode onNodeTree(Node* i_pTree) override {
+    m_Tree.reset(i_pTree);
+    return 0;
+  }
+  std::unique_ptr<Node> m_Tree;
+};
+
+std::unique_ptr<Node> loadHost(const std::string& i_Path) {
+  TreeSink sink;
+  NodeReader reader(sink);
+  reader.m_MaxFileSize = 0;
+  reader.m_KeepBlankText = 0;
+  reader.m_SkipComments = 0;
+  reader.m_TrimText = 0;
+  reader.m_ChunkSize = 0;
+  reader.process(String(i_Path.c_str()), 0);
+  return reader.m_Status == 0 ? std::move(sink.m_Tree) : nullptr;
+}
+
+struct XmlDocFree {
+  void operator()(xmlDoc* i_pDoc) const { xmlFreeDoc(i_pDoc); }
+};
+
+std::unique_ptr<xmlDoc, XmlDocFree> loadLibXml2(const std::string& i_Path) {
+  return std::unique_ptr<xmlDoc, XmlDocFree>(
+      xmlReadFile(i_Path.c_str(), nullptr, XML_PARSE_NONET | XML_PARSE_NOBLANKS));
+}
+
+std::unique_ptr<pugi::xml_document> loadPugixml(const std::string& i_Path) {
+  auto pDocument = std::make_unique<pugi::xml_document>();
+  return pDocument->load_file(i_Path.c_str()) ? std::move(pDocument) : nullptr;
+}
+
+size_t heapInUse() {
+  return mallinfo2().uordblks;
+}
+
+template <typename Tree>
+void TreeLoad(benchmark::State& io_State, Tree (*i_Load)(const std::string&)) {
+  const GeneratedDocument& source = document(static_cast<size_t>(io_State.range(0)));
+  const size_t before = heapInUse();
+  Tree held = i_Load(source.path());
+  if (!held) {
+    io_State.SkipWithError("the document was not loaded");
+    return;
+  }
+  const double heldBytes = static_cast<double>(heapInUse() - before);
+  held.reset();
+
+  for (auto _ : io_State) {
+    Tree tree = i_Load(source.path());
+    benchmark::DoNotOptimize(tree.get());
+    io_State.PauseTiming();
+    tree.reset();
+    io_State.ResumeTiming();
+  }
+  io_State.SetBytesProcessed(io_State.iterations() * static_cast<int64_t>(source.size()));
+  io_State.counters["heap_MB_per_MB"] = heldBytes / static_cast<double>(source.size());
+}
+
+BENCHMARK_CAPTURE(TreeLoad, HostNodeReader, &loadHost)
+    ->Arg(1)
+    ->Arg(4)
+    ->Unit(benchmark::kMillisecond);
+BENCHMARK_CAPTURE(TreeLoad, LibXml2, &loadLibXml2)->Arg(1)->Arg(4)->Unit(benchmark::kMillisecond);
+BENCHMARK_CAPTURE(TreeLoad, Pugixml, &loadPugixml)->Arg(1)->Arg(4)->Unit(benchmark::kMillisecond);
+
+}  // namespace
+
+#endif
