@@ -1,0 +1,138 @@
+// Splitting a location-path operand into prepared paths, and a path into steps.
+#include "XPathParser.h"
+
+#include <gtest/gtest.h>
+
+#include <string>
+
+#include "XPath.h"
+#include "XPathPredicate.h"
+
+using namespace XmlPlugin;
+
+namespace {
+
+// "path:count;path:count" for every prepared path.
+std::string split(const char* i_Operand) {
+  XPath xpath{String(i_Operand)};
+  const TErrorCode result = xpath.splitXPath();
+  std::string text = std::to_string(result) + "|";
+  for (size_t i = 0; i < xpath.getPaths().size(); ++i) {
+    text += (i == 0 ? "" : ";") + xpath.getPaths()[i].toNarrow() + ":" +
+            std::to_string(xpath.getStepCounts()[i]);
+  }
+  return text;
+}
+
+const char* const AXIS_TEXT[] = {"attribute",          "child",
+                                 "descendant",         "self",
+                                 "descendant-or-self", "following",
+                                 "preceding",          "ancestor",
+                                 "ancestor-or-self",   "following-sibling",
+                                 "preceding-sibling",  "parent"};
+const char* const TYPE_TEXT[] = {"root", "mid", "leaf"};
+
+// "code|type axis name predicates deep" for step i_Index of a prepared path.
+std::string step(const char* i_Path, unsigned int i_Index) {
+  std::unique_ptr<XPathStep> pStep;
+  XPathParser parser;
+  const TErrorCode result = parser.getStep(String(i_Path), i_Index, pStep);
+  std::string text = std::to_string(result) + "|";
+  if (pStep) {
+    text += std::string(TYPE_TEXT[pStep->getStepType()]) + " " + AXIS_TEXT[pStep->getAxis()] + " " +
+            pStep->getName().toNarrow();
+    for (const std::unique_ptr<XPathPredicate>& pPredicate : pStep->getPredicates()) {
+      text += " " + pPredicate->getExpression().toNarrow();
+    }
+    text += pStep->isAbsoluteDeepSearch() ? " deep" : "";
+  }
+  return text;
+}
+
+}  // namespace
+
+TEST(XPathParserTest, SplitsAndPreparesPaths) {
+  const struct {
+    const char* m_Operand;
+    const char* m_Expected;
+  } rows[] = {
+      {"a | b", "0|a/endfunction():1;b/endfunction():1"},
+      {"a/b", "0|a/b/endfunction():2"},
+      {"/a/b", "0|a/b/endfunction():2"},
+      {"//a/b", "0|//a/b/endfunction():2"},
+      {"a/text()", "0|a/text():1"},
+      {"a/@id", "0|a/@id:1"},
+      {"a/attribute::id", "0|a/attribute::id:1"},
+      {"a/b[c/d='x']/e", "0|a/b[c/d='x']/e/endfunction():4"},
+      {"a||b|", "0|a/endfunction():1;b/endfunction():1"},
+      {"a/Text()", "0|a/Text()/endfunction():2"},
+  };
+  for (const auto& row : rows) {
+    EXPECT_EQ(split(row.m_Operand), row.m_Expected) << "operand " << row.m_Operand;
+  }
+}
+
+TEST(XPathParserTest, EndsWithAttribute) {
+  XPath xpath{String("")};
+  EXPECT_TRUE(xpath.endsWithAttribute(String("a/@id")));
+  EXPECT_TRUE(xpath.endsWithAttribute(String("a/b/attribute::*")));
+  EXPECT_FALSE(xpath.endsWithAttribute(String("a/@id/b")));
+  EXPECT_TRUE(xpath.endsWithAttribute(String("@id")));
+}
+
+TEST(XPathParserTest, CutsPathsIntoTokens) {
+  const struct {
+    const char* m_Path;
+    const char* m_Expected;
+  } rows[] = {
+      {"a/b/c", "a,b,c"},
+      {"//a/b", "//a,b"},
+      {"a//b/c", "a//b,c"},  // a "//" after the first step never separates
+      {"a/b[c/d='x']/e", "a,b[c/d='x'],e"},
+      {"/a", ""},
+      {"", ""},
+  };
+  for (const auto& row : rows) {
+    XPathParser parser;
+    std::string text;
+    for (const String& token : parser.getTokens(String(row.m_Path))) {
+      text += (text.empty() ? "" : ",") + token.toNarrow();
+    }
+    EXPECT_EQ(text, row.m_Expected) << "path " << row.m_Path;
+  }
+  XPathParser parser;
+  EXPECT_EQ(parser.getStepCount(String("a//b/c[d/e]")), 3u);
+}
+
+TEST(XPathParserTest, BuildsSteps) {
+  const struct {
+    const char* m_Path;
+    unsigned int m_Index;
+    const char* m_Expected;
+  } rows[] = {
+      {"//a/b/endfunction()", 0, "0|root child a deep"},
+      {"//a/b/endfunction()", 1, "0|mid child b"},
+      {"//a/b/endfunction()", 2, "0|leaf child endfunction()"},
+      {"//a/b/endfunction()", 3, "-103|"},
+      {"a/text()", 1, "0|leaf child text()"},
+      {"a/@id", 1, "0|leaf attribute id"},
+      {"a/../b", 1, "0|mid parent *"},
+      {"a/./b", 1, "0|mid self *"},
+      {"a/child::b", 1, "0|leaf child b"},
+      {"a/attribute::id", 1, "0|leaf attribute id"},
+      {"a/foo::b", 1, "0|leaf child b"},
+      {"a/following-sibling::b", 1, "0|leaf following-sibling b"},
+      {"a[1][@x='y']/b", 0, "0|root child a [1] [@x='y']"},
+      {"a/b[c/d='x']/e", 1, "0|mid child b [c/d='x']"},
+      {"a/b[1", 1, "-15101|"},
+      {"a/b]", 1, "-15101|"},
+      {"[1]/a", 0, "-15101|"},
+      {"a/b[1]]", 1, "0|leaf child b [1]"},
+      {"a//b", 0, "0|root child a//b"},
+      {"a/", 0, "0|root child a"},
+  };
+  for (const auto& row : rows) {
+    EXPECT_EQ(step(row.m_Path, row.m_Index), row.m_Expected)
+        << "path " << row.m_Path << " step " << row.m_Index;
+  }
+}

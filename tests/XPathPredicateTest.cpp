@@ -1,0 +1,108 @@
+// Predicates: one evaluation per candidate, kept or dropped by the type of its result.
+#include "XPathPredicate.h"
+
+#include <gtest/gtest.h>
+
+#include <string>
+
+#include "TestXml.h"
+#include "XPath.h"
+#include "XPathStep.h"
+#include "XmlPluginConstants.h"
+
+using namespace XmlPlugin;
+
+namespace {
+
+// "code|name,name" for the children of the root that the predicate keeps.
+std::string filter(const Node* i_pRoot, const char* i_Predicate) {
+  std::list<Node*> nodes;
+  XPathStep::getChildrenXmlNodes(i_pRoot, nodes);
+  const TErrorCode result = XPathPredicate(String(i_Predicate)).fiterNodes(nodes);
+  std::string text = std::to_string(result) + "|";
+  for (const Node* pNode : nodes) {
+    text += (pNode == nodes.front() ? "" : ",") + pNode->m_Name.toNarrow() +
+            TestXml::elementText(pNode).toNarrow();
+  }
+  return text;
+}
+
+}  // namespace
+
+TEST(XPathPredicateTest, KeepsByResultType) {
+  std::unique_ptr<Node> pTree = parseXml("<a><b>1</b><c id='y'>2</c><b id='x'>3</b></a>");
+  ASSERT_NE(pTree, nullptr);
+  const std::string unsupported = std::to_string(XML_PLUGIN_ERROR_XPATH_UNSUPPORTED_EXPRESSION);
+  const std::string wrong = std::to_string(XML_PLUGIN_ERROR_XPATH_WRONG_EXPRESSION);
+  const struct {
+    const char* m_Predicate;
+    std::string m_Expected;
+  } rows[] = {
+      // A number is compared with the overall position among the candidates.
+      {"[2]", "0|c2"},
+      {"[1.5]", "0|"},
+      {"[5]", "0|"},
+      {"[position() = 2]", "0|c2"},
+      {"[last() = 3]", "0|b1,c2,b3"},
+      // The evaluation of @id is anchored at the candidate's position among the candidates
+      // of its name (1, 1, 2), so the second b finds its own attribute.
+      {"[@id]", "0|c2,b3"},
+      {"[@id = 'x']", "0|b3"},
+      {"['x']", "0|b1,c2,b3"},
+      {"['']", "0|b1,c2,b3"},
+      {"[1 = 1]", "0|b1,c2,b3"},
+      {"[1 = 2]", "0|"},
+      {"[]", unsupported + "|b1,c2,b3"},
+      {"[1 +]", wrong + "|"},
+  };
+  for (const auto& row : rows) {
+    EXPECT_EQ(filter(pTree.get(), row.m_Predicate), row.m_Expected) << row.m_Predicate;
+  }
+}
+
+TEST(XPathPredicateTest, EmptyCandidateList) {
+  std::list<Node*> nodes;
+  EXPECT_EQ(XPathPredicate(String("[1]")).fiterNodes(nodes), 0);
+  EXPECT_TRUE(nodes.empty());
+}
+
+TEST(XPathPredicateTest, FiltersAgainAsOften) {
+  std::unique_ptr<Node> pTree = parseXml("<a><b/><c/><b/></a>");
+  ASSERT_NE(pTree, nullptr);
+  const XPathPredicate predicate{String("[2]")};
+  for (int round = 0; round < 2; ++round) {
+    std::list<Node*> nodes;
+    XPathStep::getChildrenXmlNodes(pTree.get(), nodes);
+    EXPECT_EQ(predicate.fiterNodes(nodes), 0);
+    ASSERT_EQ(nodes.size(), 1u);
+    EXPECT_EQ(nodes.front()->m_Name.toNarrow(), "c");
+  }
+}
+
+TEST(XPathPredicateTest, PredicatesInPaths) {
+  std::unique_ptr<Node> pTree =
+      parseXml("<a><b id='1'><c>x</c></b><b><c>y</c></b><d><b id='2'><c>z</c></b></d></a>");
+  ASSERT_NE(pTree, nullptr);
+  const struct {
+    const char* m_Path;
+    const char* m_Expected;
+  } rows[] = {
+      {"a/b[2]/c", "0|y"},
+      {"a/b[@id]/c", "0|x"},
+      {"a/b[@id][2]/c", "0|"},  // the second predicate numbers the survivors of the first
+      {"//b[@id]/c", "0|x,z"},
+      {"//b[c = 'y']/c", "0|y"},
+      {"a/b[c = 'y']/c", "0|y"},
+      {"a/b[]/c", "0|x,y"},  // a failing predicate leaves the name test only
+  };
+  for (const auto& row : rows) {
+    XPathOutputElements items;
+    OutputElementsGuard guard(items);
+    const TErrorCode result = XPath(String(row.m_Path)).getValues(items, pTree.get());
+    std::string text = std::to_string(result) + "|";
+    for (const XPathOutputElement* pItem : items) {
+      text += (pItem == items.front() ? "" : ",") + pItem->hostValue().toNarrow();
+    }
+    EXPECT_EQ(text, row.m_Expected) << row.m_Path;
+  }
+}

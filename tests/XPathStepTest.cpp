@@ -1,0 +1,187 @@
+// Location steps: building, name tests, candidates and the items a leaf makes.
+#include "XPathStep.h"
+
+#include <gtest/gtest.h>
+
+#include <string>
+
+#include "TestXml.h"
+#include "XPathPredicate.h"
+#include "XmlPluginConstants.h"
+
+using namespace XmlPlugin;
+
+namespace {
+
+std::unique_ptr<XPathStep> makeStep(const char* i_Text, StepType i_Type) {
+  std::unique_ptr<XPathStep> pStep;
+  EXPECT_EQ(XPathStep::get(String(i_Text), String("prev"), i_Type, pStep), 0) << i_Text;
+  return pStep;
+}
+
+Node* element(const std::unique_ptr<Node>& i_pTree, const wchar_t* i_Name, int i_Nth = 0) {
+  return const_cast<Node*>(findElement(i_pTree.get(), i_Name, i_Nth));
+}
+
+// "code|index:nodeText:value,..." for what the leaf adds to an empty output.
+std::string leafOutput(const char* i_Leaf, Node* i_pNode) {
+  XPathOutputElements items;
+  OutputElementsGuard guard(items);
+  XPathOutputCollector output(items);
+  const TErrorCode result = makeStep(i_Leaf, leaf)->evaluateNode(i_pNode, output);
+  std::string text = std::to_string(result) + "|";
+  for (const XPathOutputElement* pItem : items) {
+    text += (pItem == items.front() ? "" : ",") +
+            std::to_string(pItem->m_Index - i_pNode->m_Index) + ":" + pItem->m_NodeText.toNarrow() +
+            ":" + pItem->m_Value.toNarrow();
+  }
+  return text;
+}
+
+}  // namespace
+
+TEST(XPathStepTest, FactoryChecksNames) {
+  std::unique_ptr<XPathStep> pStep;
+  EXPECT_EQ(XPathStep::get(String(""), String(""), root, pStep), XML_PLUGIN_ERROR_XPATH_WRONG_ROOT);
+  EXPECT_EQ(XPathStep::get(String("b"), String(""), mid, pStep), XML_PLUGIN_ERROR_XPATH_WRONG_MID);
+  EXPECT_EQ(XPathStep::get(String("b"), String(""), leaf, pStep),
+            XML_PLUGIN_ERROR_XPATH_WRONG_LEAF);
+  EXPECT_EQ(XPathStep::get(String(""), String("a"), leaf, pStep),
+            XML_PLUGIN_ERROR_XPATH_WRONG_LEAF);
+  EXPECT_EQ(XPathStep::get(String("]"), String("a"), leaf, pStep),
+            XML_PLUGIN_ERROR_XPATH_WRONG_MID);
+  EXPECT_EQ(pStep, nullptr);
+  EXPECT_EQ(XPathStep::get(String("b"), String(""), root, pStep), 0);
+  ASSERT_NE(pStep, nullptr);
+  EXPECT_EQ(pStep->getStepType(), root);
+}
+
+TEST(XPathStepTest, AxisNames) {
+  const struct {
+    const char* m_Name;
+    StepAxis m_Axis;
+  } rows[] = {
+      {"attribute", attribute},
+      {"child", child},
+      {"descendant", descendant},
+      {"self", self},
+      {"descendant-or-self", descendant_or_self},
+      {"following", following},
+      {"preceding", preceding},
+      {"ancestor", ancestor},
+      {"ancestor-or-self", ancestor_or_self},
+      {"following-sibling", following_sibling},
+      {"preceding-sibling", preceding_sibling},
+      {"parent", parent},
+      {"namespace", child},
+      {"Parent", child},
+      {"", child},
+  };
+  for (const auto& row : rows) {
+    EXPECT_EQ(XPathStep::receiveAxis(String(row.m_Name)), row.m_Axis) << row.m_Name;
+  }
+}
+
+TEST(XPathStepTest, NameTest) {
+  std::unique_ptr<Node> pTree = parseXml("<p:list><item/></p:list>");
+  ASSERT_NE(pTree, nullptr);
+  const Node* pItem = findElement(pTree.get(), L"item");
+  const struct {
+    const char* m_Test;
+    const Node* m_pNode;
+    int m_Expected;
+  } rows[] = {
+      {"item", pItem, 1},       {"Item", pItem, 0},         {"*", pItem, 1},
+      {"node()", pItem, 1},     {"child::item", pItem, 1},  {"@item", pItem, 1},
+      {"list", pTree.get(), 0}, {"p:list", pTree.get(), 1},
+  };
+  for (const auto& row : rows) {
+    EXPECT_EQ(makeStep(row.m_Test, mid)->stepMatching(row.m_pNode), row.m_Expected) << row.m_Test;
+  }
+}
+
+TEST(XPathStepTest, ChildrenAndText) {
+  std::unique_ptr<Node> pTree = parseXml("<a><!--c-->t1<b/>t2<c/></a>");
+  ASSERT_NE(pTree, nullptr);
+  std::list<Node*> children;
+  EXPECT_EQ(XPathStep::getChildrenXmlNodes(pTree.get(), children), 0);
+  ASSERT_EQ(children.size(), 2u);
+  EXPECT_EQ(children.front()->m_Name.toNarrow(), "b");
+  EXPECT_EQ(XPathStep::getChildrenXmlNodes(nullptr, children), HOST_ERROR_BAD_ARGUMENT);
+  EXPECT_TRUE(children.empty());
+  EXPECT_EQ(XPathStep::getChildrenXmlNodes(element(pTree, L"b"), children), 0);
+  EXPECT_TRUE(children.empty());
+
+  Node* pText = nullptr;
+  EXPECT_EQ(XPathStep::getTextNode(pTree.get(), pText), 0);
+  ASSERT_NE(pText, nullptr);
+  EXPECT_EQ(pText->m_Name.toNarrow(), "t1");
+  EXPECT_EQ(XPathStep::getTextNode(element(pTree, L"b"), pText), 0);
+  EXPECT_EQ(pText, nullptr);
+  EXPECT_EQ(XPathStep::getTextNode(nullptr, pText), HOST_ERROR_BAD_ARGUMENT);
+}
+
+TEST(XPathStepTest, LeafOutput) {
+  std::unique_ptr<Node> pTree = parseXml("<r><e/><t>x</t><m><i/>second</m><at a='1' b='2'/></r>");
+  ASSERT_NE(pTree, nullptr);
+  const int notFound = XML_PLUGIN_ERROR_XPATH_NOT_FOUND;
+  const struct {
+    const char* m_Leaf;
+    const wchar_t* m_Element;
+    std::string m_Expected;  // numbers relative to the element's
+  } rows[] = {
+      {"endfunction()", L"e", "0|0::"},
+      {"endfunction()", L"t", "0|0:x:"},
+      {"parent::*", L"t", "0|0:x:"},
+      {"text()", L"t", "0|1:x:x"},
+      {"text()", L"e", std::to_string(notFound) + "|"},
+      {"text()", L"m", "0|2:second:second"},
+      {"endfunction()", L"m", "0|0:second:"},
+      {"@*", L"at", "0|0:1:1,1:2:2"},
+      {"@*", L"e", "0|"},
+      {"@b", L"at", "0|2:2:2"},
+      {"attribute::a", L"at", "0|1:1:1"},
+      {"@missing", L"at", std::to_string(notFound) + "|"},
+  };
+  for (const auto& row : rows) {
+    EXPECT_EQ(leafOutput(row.m_Leaf, element(pTree, row.m_Element)), row.m_Expected)
+        << row.m_Leaf << " on " << String(row.m_Element).toNarrow();
+  }
+}
+
+TEST(XPathStepTest, LeafAddsAnElementOnce) {
+  std::unique_ptr<Node> pTree = parseXml("<r><t k='v'>x</t></r>");
+  ASSERT_NE(pTree, nullptr);
+  Node* pElement = element(pTree, L"t");
+  XPathOutputElements items;
+  OutputElementsGuard guard(items);
+  XPathOutputCollector output(items);
+  std::unique_ptr<XPathStep> pLeaf = makeStep("endfunction()", leaf);
+  std::unique_ptr<XPathStep> pAttributes = makeStep("@*", leaf);
+  EXPECT_EQ(pLeaf->evaluateNode(pElement, output), 0);
+  EXPECT_EQ(pLeaf->evaluateNode(pElement, output), 0);
+  EXPECT_EQ(items.size(), 1u);
+  // Attribute items skip the check.
+  EXPECT_EQ(pAttributes->evaluateNode(pElement, output), 0);
+  EXPECT_EQ(pAttributes->evaluateNode(pElement, output), 0);
+  EXPECT_EQ(items.size(), 3u);
+  // Only a leaf makes items.
+  EXPECT_EQ(makeStep("t", mid)->evaluateNode(pElement, output), XML_PLUGIN_ERROR_XPATH_NOT_FOUND);
+  EXPECT_EQ(makeStep("t", root)->evaluateNode(pElement, output), XML_PLUGIN_ERROR_XPATH_NOT_FOUND);
+  EXPECT_EQ(items.size(), 3u);
+}
+
+TEST(XPathStepTest, WithoutPredicatesNothingIsMarkedOrFiltered) {
+  std::unique_ptr<Node> pTree = parseXml("<r><b/><c/></r>");
+  ASSERT_NE(pTree, nullptr);
+  std::list<Node*> candidates;
+  XPathStep::getChildrenXmlNodes(pTree.get(), candidates);
+  std::unique_ptr<XPathStep> pStep = makeStep("b", mid);
+  std::vector<MarkedNode> marked;
+  EXPECT_EQ(pStep->markFilteredNodes(candidates, marked), 0);
+  ASSERT_EQ(marked.size(), 2u);
+  EXPECT_FALSE(marked[0].m_Marked);
+  EXPECT_FALSE(marked[1].m_Marked);  // although c fails the name test
+  EXPECT_EQ(pStep->filterNodes(candidates), 0);
+  EXPECT_EQ(candidates.size(), 2u);
+}
