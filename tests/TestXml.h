@@ -19,7 +19,7 @@ namespace TestXml {
 class TempFile {
  public:
   explicit TempFile(const std::string& i_Content, const std::string& i_Suffix = ".xml") {
-    std::string pattern = testing_tmp_dir() + "/xmltestXXXXXX" + i_Suffix;
+    std::string pattern = temporaryDirectory() + "/xmltestXXXXXX" + i_Suffix;
     std::vector<char> name(pattern.begin(), pattern.end());
     name.push_back('\0');
     const int descriptor = mkstemps(name.data(), static_cast<int>(i_Suffix.size()));
@@ -42,7 +42,7 @@ class TempFile {
   const std::string& path() const { return m_Path; }
 
  private:
-  static std::string testing_tmp_dir() {
+  static std::string temporaryDirectory() {
     const char* pDir = std::getenv("TMPDIR");
     return pDir != nullptr && *pDir != '\0' ? pDir : "/tmp";
   }

@@ -6,9 +6,9 @@
 
 #include <expat.h>
 
+#include <algorithm>
 #include <memory>
 #include <new>
-#include <vector>
 
 #include "RegularFile.h"
 #include "TreeBuilder.h"
@@ -195,7 +195,10 @@ TErrorCode NodeReader::process(const String& i_FileName, int) {
     }
     TreeBuilder builder(TreeOptions{m_KeepBlankText != 0, m_SkipComments != 0, m_TrimText != 0});
     ExpatSession session(builder);
-    m_Status = session.parse(file, m_ChunkSize != 0 ? m_ChunkSize : NODE_READER_CHUNK_SIZE, m_Sink);
+    // No read is larger than the largest file, which keeps the size an int for Expat.
+    const uint32_t chunkSize = m_ChunkSize != 0 ? std::min(m_ChunkSize, NODE_READER_MAX_FILE_SIZE)
+                                                : NODE_READER_CHUNK_SIZE;
+    m_Status = session.parse(file, chunkSize, m_Sink);
     if (m_Status != NODE_READER_STATUS_OK) {
       return m_Status;
     }

@@ -28,9 +28,8 @@ bool TreeBuilder::refuse(const String& i_Reason) {
 }
 
 bool TreeBuilder::read(std::string_view i_Bytes, bool i_Share, String& o_Text) {
-  std::unordered_map<std::string, String>::iterator found = m_Shared.end();
   if (i_Share) {
-    found = m_Shared.find(std::string(i_Bytes));
+    const auto found = m_Shared.find(std::string(i_Bytes));
     if (found != m_Shared.end()) {
       o_Text = found->second;
       return true;
