@@ -8,6 +8,7 @@
 #include <string>
 #include <vector>
 
+#include "XPathTokenizer.h"
 #include "XmlCache.h"
 #include "XmlPluginConstants.h"
 #include "host/Trace.h"
@@ -59,8 +60,8 @@ std::string repeated(const std::string& i_Text, int i_Count) {
   return text;
 }
 
-std::string nested(int i_Depth) {
-  return repeated("(", i_Depth) + "1" + repeated(")", i_Depth);
+std::string nested(const std::string& i_Open, const std::string& i_Close, int i_Depth) {
+  return repeated(i_Open, i_Depth) + "1" + repeated(i_Close, i_Depth);
 }
 
 // Runs i_Work on a thread with the smallest stack the engine is promised.
@@ -131,11 +132,14 @@ TEST_F(XPathEngineTest, TracesTheRoad) {
 // Whatever text is accepted evaluates within a 2 MiB stack; deeper nesting is refused.
 TEST_F(XPathEngineTest, DeepExpressionsFitASmallStack) {
   const Row rows[] = {
-      {nested(200), "0:1"},
+      {nested("(", ")", 200), "0:1"},
+      {nested("(", ")", XPATH_MAX_NESTING), "0:1"},
+      {nested("(", ")", XPATH_MAX_NESTING + 1), "-15105:"},
+      {nested("concat('a', ", ")", XPATH_MAX_NESTING),
+       "0:" + repeated("a", XPATH_MAX_NESTING) + "1"},
+      {"/a/c[" + nested("(", ")", XPATH_MAX_NESTING - 1) + "]", "0:t"},
       {"1" + repeated(" + 1", 9999), "0:10000"},
       {repeated("-", 10001) + "1", "0:-1"},
-      {repeated("concat('a', ", 100) + "'b'" + repeated(")", 100), "0:" + repeated("a", 100) + "b"},
-      {nested(1000), "-15105:"},
   };
   runOnSmallStack([&rows] {
     for (const Row& row : rows) {

@@ -75,6 +75,7 @@ TEST(XPathExpressionsParserTest, ConvertsToPostfix) {
       {"8 - 3 - 2", "8 3 - 2 -"},
       {"2 < 3 = 1", "2 3 < 1 ="},
       {"6 div 2 mod 4 * 5", "6 2 div 4 mod 5 *"},
+      // Deliberately one level for "and" and "or", taken left to right.
       {"1 or 0 and 0", "1 0 or 0 and"},
       {"1 = 1 or 2 + 3 > 4", "1 1 = 2 3 + 4 > or"},
       {"concat('a', 'b') = 'ab'", "'a' 'b' concat 'ab' ="},
@@ -110,16 +111,20 @@ TEST(XPathExpressionsParserTest, EvaluatesPostfix) {
       {"'abc'", "string:abc"},
       {"-0", "number:0"},
       {"--2", "number:2"},
+      // "+" leaves the stack before substring and fails alone; the top value is the result.
+      {"1 + substring('12345', 2)", "string:2345"},
   };
   for (const Row& row : rows) {
     EXPECT_EQ(valueOf(row.m_Input), row.m_Expected) << row;
   }
 }
 
-// A failing operator pushes nothing and evaluation goes on; the host sees -15004 when
-// nothing is left, whatever the failing operator reported.
+// A failing operator pushes nothing and evaluation goes on: the code is that of the last
+// operator evaluated, and -15004 when no value is left, whatever the operators reported.
 TEST(XPathExpressionsParserTest, ReportsFailures) {
   const Row rows[] = {
+      {"concat(count(), 'b', 'c')", "string:bc"},
+      {"count()[1]", "error:-15005"},
       {"count()", "error:-15004"},
       {"concat('a')", "error:-15004"},
       {"translate('abc', 'a', 'b')", "error:-15004"},
