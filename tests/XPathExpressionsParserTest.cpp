@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include <functional>
+#include <list>
 #include <string>
 #include <vector>
 
@@ -33,37 +35,37 @@ std::string postfixOf(const char* i_XPath) {
   return text;
 }
 
-const char* typeName(XPathDataType i_Type) {
-  switch (i_Type) {
-    case BooleanType:
-      return "boolean";
-    case StringType:
-      return "string";
-    case NumberType:
-      return "number";
-    case NodeSetType:
-      return "nodes";
-  }
-  return "?";
+const char* const kTypeNames[] = {"boolean", "string", "number", "nodes"};
+
+// Evaluates with the given context; the value as one canonical string: "number:7",
+// "string:ab", "boolean:true", "error:-15004".
+std::function<std::string(const char*)> valueIn(Node* i_pStartNode = nullptr,
+                                                std::list<Node*>* i_pSiblings = nullptr) {
+  return [i_pStartNode, i_pSiblings](const char* i_XPath) {
+    XPathExpressionsParser parser{String(i_XPath)};
+    parser.setSiblings(i_pSiblings);
+    TErrorCode result = parser.runParser(i_pStartNode);
+    XPathOutputElements values;
+    OutputElementsGuard guard(values);
+    if (result == 0) {
+      result = parser.getValues(values);
+    }
+    if (result != 0) {
+      return "error:" + std::to_string(result);
+    }
+    std::string text = kTypeNames[parser.getXPathOutputType()];
+    for (size_t i = 0; i < values.size(); ++i) {
+      text += (i == 0 ? ":" : ",") + values[i]->hostValue().toNarrow();
+    }
+    return text;
+  };
 }
 
-// The value as one canonical string: "number:7", "string:ab", "boolean:true", "error:-15004".
-std::string valueOf(const char* i_XPath) {
-  XPathExpressionsParser parser{String(i_XPath)};
-  TErrorCode result = parser.runParser(nullptr);
-  XPathOutputElements values;
-  OutputElementsGuard guard(values);
-  if (result == 0) {
-    result = parser.getValues(values);
+template <size_t N>
+void expectEach(const std::function<std::string(const char*)>& i_Compute, const Row (&i_Rows)[N]) {
+  for (const Row& row : i_Rows) {
+    EXPECT_EQ(i_Compute(row.m_Input), row.m_Expected) << row;
   }
-  if (result != 0) {
-    return "error:" + std::to_string(result);
-  }
-  std::string text = typeName(parser.getXPathOutputType());
-  for (size_t i = 0; i < values.size(); ++i) {
-    text += (i == 0 ? ":" : ",") + values[i]->hostValue().toNarrow();
-  }
-  return text;
 }
 
 }  // namespace
@@ -88,9 +90,7 @@ TEST(XPathExpressionsParserTest, ConvertsToPostfix) {
       {"1 + substring('12345', 2)", "1 + '12345' 2 substring"},
       {"1 +", "error:-15105"},
   };
-  for (const Row& row : rows) {
-    EXPECT_EQ(postfixOf(row.m_Input), row.m_Expected) << row;
-  }
+  expectEach(postfixOf, rows);
 }
 
 TEST(XPathExpressionsParserTest, EvaluatesPostfix) {
@@ -114,9 +114,7 @@ TEST(XPathExpressionsParserTest, EvaluatesPostfix) {
       // "+" leaves the stack before substring and fails alone; the top value is the result.
       {"1 + substring('12345', 2)", "string:2345"},
   };
-  for (const Row& row : rows) {
-    EXPECT_EQ(valueOf(row.m_Input), row.m_Expected) << row;
-  }
+  expectEach(valueIn(), rows);
 }
 
 // A failing operator pushes nothing and evaluation goes on: the code is that of the last
@@ -134,9 +132,20 @@ TEST(XPathExpressionsParserTest, ReportsFailures) {
       {"", "error:-15105"},
       {"   ", "error:-15105"},
   };
-  for (const Row& row : rows) {
-    EXPECT_EQ(valueOf(row.m_Input), row.m_Expected) << row;
-  }
+  expectEach(valueIn(), rows);
+}
+
+TEST(XPathExpressionsParserTest, HandsContextToEveryItem) {
+  Node parent(ElementNode, String("a"), 0, nullptr, nullptr);
+  Node first(ElementNode, String("b"), 1, nullptr, &parent);
+  Node second(ElementNode, String("b"), 2, nullptr, &parent);
+  std::list<Node*> siblings = {&first, &second, &first};
+  const Row rows[] = {
+      {"position()", "number:2"},
+      {"last()", "number:3"},
+      {"position() + 1 = last()", "boolean:true"},
+  };
+  expectEach(valueIn(&second, &siblings), rows);
 }
 
 TEST(XPathExpressionsParserTest, OperatorFailureIsTracedAtItsLevel) {
@@ -147,8 +156,8 @@ TEST(XPathExpressionsParserTest, OperatorFailureIsTracedAtItsLevel) {
       errors.push_back(i_Record.text);
     }
   });
-  EXPECT_EQ(valueOf("count()"), "error:-15004");
-  EXPECT_EQ(valueOf("1 +"), "error:-15105");
+  EXPECT_EQ(valueIn()("count()"), "error:-15004");
+  EXPECT_EQ(valueIn()("1 +"), "error:-15105");
   Tracer::setListener(nullptr);
   Tracer::setLevel(0);
   const std::vector<std::wstring> expected = {L"XML_PLUGIN_ERROR_XPATH_ARGUMENTS_NUMBER_ERROR",
