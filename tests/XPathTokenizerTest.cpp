@@ -207,8 +207,9 @@ TEST(XPathTokenizerTest, HostileInputsEndQuickly) {
       repeat(L"1+", 20000) + L"1",
       repeat(L"a/", 20000) + L"a",
       repeat(L"-", 20000) + L"1",
+      std::wstring(XPATH_MAX_LENGTH, L'a'),
   };
-  const std::vector<TErrorCode> codes = {WRONG, WRONG, WRONG, WRONG, 0, 0, 0};
+  const std::vector<TErrorCode> codes = {WRONG, WRONG, WRONG, WRONG, 0, 0, 0, WRONG};
   for (size_t index = 0; index < inputs.size(); ++index) {
     const auto begin = std::chrono::steady_clock::now();
     EXPECT_EQ(tokenize(inputs[index]).code, codes[index]) << index;

@@ -260,14 +260,8 @@ int XPathTokenizer::isArgument(int i_Position, bool i_Consume) {
 
 // LocationPath ::= RelativeLocationPath | AbsoluteLocationPath
 int XPathTokenizer::isLocationPath(int i_Position, bool i_Consume) {
-  int length = measure(RelativeLocationPath, i_Position);
-  if (length == 0) {
-    length = measure(AbsoluteLocationPath, i_Position);
-  }
-  if (i_Consume && length != 0) {
-    emitOperand(i_Position, length, KeepBlanks);
-  }
-  return length;
+  return operandOfFirst(i_Position, i_Consume, RelativeLocationPath, AbsoluteLocationPath,
+                        KeepBlanks);
 }
 
 // AbsoluteLocationPath ::= AbbreviatedAbsoluteLocationPath | "/" RelativeLocationPath
@@ -432,14 +426,7 @@ int XPathTokenizer::isVariableReference(int i_Position, bool i_Consume) {
 
 // QName ::= PrefixName | UnprefixedName   (emitted as one operand)
 int XPathTokenizer::isQName(int i_Position, bool i_Consume) {
-  int length = measure(PrefixName, i_Position);
-  if (length == 0) {
-    length = measure(UnprefixedName, i_Position);
-  }
-  if (i_Consume && length != 0) {
-    emitOperand(i_Position, length, SkipBlanks);
-  }
-  return length;
+  return operandOfFirst(i_Position, i_Consume, PrefixName, UnprefixedName, SkipBlanks);
 }
 
 // PrefixName ::= Prefix ":" LocalPart
@@ -822,6 +809,18 @@ int XPathTokenizer::sequence(int i_Position, bool i_Consume,
       at += pPart->m_pLiteral != nullptr ? isCharacter(at, pPart->m_pLiteral, true)
                                          : delegate(pPart->m_Production, at, true);
     }
+  }
+  return length;
+}
+
+int XPathTokenizer::operandOfFirst(int i_Position, bool i_Consume, Production i_First,
+                                   Production i_Second, Blanks i_Blanks) {
+  int length = measure(i_First, i_Position);
+  if (length == 0) {
+    length = measure(i_Second, i_Position);
+  }
+  if (i_Consume && length != 0) {
+    emitOperand(i_Position, length, i_Blanks);
   }
   return length;
 }
