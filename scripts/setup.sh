@@ -17,7 +17,8 @@ PACKAGES=(
   cmake make g++
   googletest libgtest-dev libgmock-dev
   libbenchmark-dev
-  libxml2-dev         # reference answers for the XML name character tests
+  libxml2-dev         # reference answers for the XML name character tests; tree benchmark
+  libpugixml-dev      # tree benchmark
   nlohmann-json3-dev  # xmlquery's JSON Lines protocol
   clang-format
 )

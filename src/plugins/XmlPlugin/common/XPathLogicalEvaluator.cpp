@@ -45,7 +45,7 @@ enum Kind {
 }  // namespace
 
 // clang-format off
-constexpr int32_t XPathLogicalEvaluator::tabArithm[KINDS][KINDS][OPERATORS] = {
+const int32_t XPathLogicalEvaluator::tabArithm[KINDS][KINDS][OPERATORS] = {
   // Rows: kind of R. Columns: kind of L. Each cell: =  !=  <  >  <=  >=  and  or
   { // R number
     /* L number    */ { 2,  2,  2,  2,  2,  2,  2,  2},
