@@ -43,6 +43,8 @@ TEST(XPathPredicateTest, KeepsByResultType) {
       {"[1.5]", "0|"},
       {"[5]", "0|"},
       {"[position() = 2]", "0|c2"},
+      {"[position()=2]", "0|c2"},  // the anchoring form, decided without an evaluation
+      {"[position()=4]", "0|"},
       {"[last() = 3]", "0|b1,c2,b3"},
       // The evaluation of @id is anchored at the candidate's position among the candidates
       // of its name (1, 1, 2), so the second b finds its own attribute.
@@ -88,6 +90,8 @@ TEST(XPathPredicateTest, PredicatesInPaths) {
     const char* m_Expected;
   } rows[] = {
       {"a/b[2]/c", "0|y"},
+      {"a[position()=1]/b[position()=2]/c", "0|y"},
+      {"a/b[position()=3]/c", "0|"},
       {"a/b[@id]/c", "0|x"},
       {"a/b[@id][2]/c", "0|"},  // the second predicate numbers the survivors of the first
       {"//b[@id]/c", "0|x,z"},

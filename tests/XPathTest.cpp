@@ -157,6 +157,12 @@ TEST(XPathTest, DeepDocumentsStayWithinTheStack) {
   EXPECT_EQ(XPath(String("//x")).getValues(items, pTree.get()), 0);
   EXPECT_EQ(items.size(), 2000u);
 
+  // Evaluations nested through predicates share the stack.
+  XPathOutputElements filtered;
+  OutputElementsGuard filteredGuard(filtered);
+  EXPECT_EQ(XPath(String("//x[not(x)]")).getValues(filtered, pTree.get()), 0);
+  EXPECT_EQ(filtered.size(), 1u);
+
   const Node* pBottom = pTree.get();
   while (!TestXml::children(pBottom).empty()) {
     pBottom = TestXml::children(pBottom).front();

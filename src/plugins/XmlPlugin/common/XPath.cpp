@@ -30,10 +30,34 @@ struct WideBufferFree {
 // happened inside an axis operation or a predicate, whose failures are otherwise dropped.
 struct EvaluationLoad {
   unsigned int m_Nesting = 0;  // evaluateStep calls under way
-  unsigned long m_Steps = 0;   // evaluateStep calls since the outermost evaluation began
+  unsigned long m_Steps = 0;   // nodes tried against a step since the outermost began
   bool m_Refused = false;
+  XPathChildIndex* m_pChildren = nullptr;  // the outermost evaluation's index
 };
 thread_local EvaluationLoad t_Load;
+
+// Makes an evaluation that begins while no other runs the outermost one: it resets the
+// load and lends its child index to the evaluations nested in it.
+class EvaluationScope {
+ public:
+  explicit EvaluationScope(XPathChildIndex& i_Children)
+      : m_Outermost(t_Load.m_pChildren == nullptr) {
+    if (m_Outermost) {
+      t_Load = EvaluationLoad();
+      t_Load.m_pChildren = &i_Children;
+    }
+  }
+  ~EvaluationScope() {
+    if (m_Outermost) {
+      t_Load.m_pChildren = nullptr;
+    }
+  }
+  EvaluationScope(const EvaluationScope&) = delete;
+  EvaluationScope& operator=(const EvaluationScope&) = delete;
+
+ private:
+  bool m_Outermost;
+};
 
 class NestingGuard {
  public:
@@ -44,12 +68,23 @@ class NestingGuard {
 };
 
 // Trace records are written out of line so that the frames of the recursion stay small.
-[[gnu::noinline]] TErrorCode refuseLoad() {
+[[gnu::noinline]] void refuseLoad() {
   t_Load.m_Refused = true;
   Trace trace(Tracer::getInstance(TRACE_COMPONENT), "XPath::evaluateStep");
   HOST_TRACE(trace, 1) << "Evaluation too deep or too long: nesting " << t_Load.m_Nesting
                        << ", steps " << t_Load.m_Steps;
-  return XML_PLUGIN_ERROR_XPATH_UNABLE_TO_EVAL_EXPRESSION;
+}
+
+// Counts one more node tried against a step; false (and the evaluation refused) past the
+// bounds.
+bool admitStep() {
+  if (t_Load.m_Refused || t_Load.m_Nesting >= XPATH_MAX_STEP_NESTING ||
+      t_Load.m_Steps >= XPATH_MAX_STEP_EVALUATIONS) {
+    refuseLoad();
+    return false;
+  }
+  ++t_Load.m_Steps;
+  return true;
 }
 
 [[gnu::noinline]] void traceNoChildren(const XPathStep& i_Step) {
@@ -100,6 +135,35 @@ bool outputsAfterMatch(StepAxis i_Axis, bool i_absoluteDeepSearch) {
 }
 
 }  // namespace
+
+size_t XPathChildIndex::KeyHash::operator()(const Key& i_Key) const {
+  return hashText(i_Key.second) * 31u + std::hash<const Node*>()(i_Key.first);
+}
+
+TErrorCode XPathChildIndex::nth(const Node* i_pParent, const XPathStep& i_Step, long i_Position,
+                                Node*& o_pChild) {
+  o_pChild = nullptr;
+  const Key key(i_pParent, i_Step.getName());
+  std::unordered_map<Key, std::vector<Node*>, KeyHash>::iterator found = m_Children.find(key);
+  if (found == m_Children.end()) {
+    std::list<Node*> children;
+    const TErrorCode result = XPathStep::getChildrenXmlNodes(i_pParent, children);
+    if (result != 0) {
+      return result;
+    }
+    std::vector<Node*> passing;
+    for (Node* pChild : children) {
+      if (i_Step.stepMatching(pChild) != 0) {
+        passing.push_back(pChild);
+      }
+    }
+    found = m_Children.emplace(key, std::move(passing)).first;
+  }
+  if (i_Position >= 1 && static_cast<size_t>(i_Position) <= found->second.size()) {
+    o_pChild = found->second[i_Position - 1];
+  }
+  return 0;
+}
 
 XPath::XPath(const String& i_XPath) : m_XPath(i_XPath) {
   Trace trace(Tracer::getInstance(TRACE_COMPONENT), "XPath::XPath");
@@ -156,9 +220,7 @@ TErrorCode XPath::getValues(XPathOutputElements& o_Output, Node* i_Root) {
     return 0;
   }
   HOST_TRACE(trace, 3) << "Evaluating the xpath [" << m_XPath << "] for the XML file ";
-  if (t_Load.m_Nesting == 0) {
-    t_Load = EvaluationLoad();
-  }
+  EvaluationScope scope(m_ChildIndex);
   deleteOutputElements(o_Output);
   {
     XPathOutputCollector collector(o_Output);
@@ -214,12 +276,10 @@ TErrorCode XPath::evaluateStep(MarkedNode i_Node, unsigned int i_StepPosition,
   if (i_Node.m_Node == nullptr || i_StepPosition >= maxPosition()) {
     return 0;
   }
-  if (t_Load.m_Refused || t_Load.m_Nesting >= XPATH_MAX_STEP_NESTING ||
-      t_Load.m_Steps >= XPATH_MAX_STEP_EVALUATIONS) {
-    return refuseLoad();
+  if (!admitStep()) {
+    return XML_PLUGIN_ERROR_XPATH_UNABLE_TO_EVAL_EXPRESSION;
   }
   NestingGuard guard;
-  ++t_Load.m_Steps;
   TErrorCode result = 0;
   const XPathStep* pStep = getStep(i_StepPosition, result);
   if (pStep == nullptr) {
@@ -305,6 +365,9 @@ bool XPath::dispatchAxis(MarkedNode i_Node, StepAxis i_Axis, unsigned int i_Step
 
 TErrorCode XPath::evaluateChildren(Node* i_Node, const XPathStep& i_Step, const XPathStep* i_pNext,
                                    unsigned int i_Position, XPathOutputCollector& io_Output) {
+  if (i_pNext != nullptr && i_pNext->getAnchoredPosition() > 0) {
+    return evaluateAnchoredChild(i_Node, i_Step, *i_pNext, i_Position, io_Output);
+  }
   std::list<Node*> children;
   TErrorCode result = XPathStep::getChildrenXmlNodes(i_Node, children);
   if (result != 0) {
@@ -319,6 +382,22 @@ TErrorCode XPath::evaluateChildren(Node* i_Node, const XPathStep& i_Step, const 
     result = evaluateStep(MarkedNode{*it, false}, i_Position + 1, io_Output, false);
   }
   return result;
+}
+
+// The same outcome as the general child walk, whose filtering keeps just that one child.
+TErrorCode XPath::evaluateAnchoredChild(Node* i_Node, const XPathStep& i_Step,
+                                        const XPathStep& i_Next, unsigned int i_Position,
+                                        XPathOutputCollector& io_Output) {
+  Node* pChild = nullptr;
+  const TErrorCode result =
+      t_Load.m_pChildren->nth(i_Node, i_Next, i_Next.getAnchoredPosition(), pChild);
+  if (result != 0) {
+    traceNoChildren(i_Step);
+    return result;
+  }
+  return pChild != nullptr
+             ? evaluateStep(MarkedNode{pChild, false}, i_Position + 1, io_Output, false)
+             : 0;
 }
 
 TErrorCode XPath::searchInDepth(Node* i_Node, const XPathStep& i_Step, unsigned int i_Position,
@@ -348,7 +427,9 @@ void XPath::continueAxis(const MarkedNode& i_Node, Node* i_pReached, Node* i_pEv
   TErrorCode result = 0;
   const XPathStep* pNext = getStep(i_StepPosition + 1, result);
   if (pNext != nullptr && pNext->getStepType() == leaf && !i_Node.m_Marked) {
-    pNext->evaluateNode(i_pReached, io_Output);
+    if (admitStep()) {
+      pNext->evaluateNode(i_pReached, io_Output);
+    }
   } else {
     evaluateStep(MarkedNode{i_pEvaluated, false}, i_StepPosition, io_Output, i_absoluteDeepSearch);
   }

@@ -10,7 +10,34 @@ namespace XmlPlugin {
 
 XPathPredicate::XPathPredicate(const String& i_Expression)
     : m_Expression(i_Expression),
-      m_Condition(i_Expression.substring(1, i_Expression.length() - 2)) {}
+      m_Condition(i_Expression.substring(1, i_Expression.length() - 2)),
+      m_AnchoredPosition(anchoredPosition(m_Condition)) {}
+
+long XPathPredicate::anchoredPosition(const String& i_Condition) {
+  const String prefix(L"position()=");
+  // Nine digits at most, so that the number stays exact.
+  const int digits = i_Condition.length() - prefix.length();
+  if (!i_Condition.startsWith(prefix) || digits < 1 || digits > 9) {
+    return 0;
+  }
+  long position = 0;
+  for (int i = prefix.length(); i < i_Condition.length(); ++i) {
+    const wchar_t digit = i_Condition.charAt(i);
+    if (digit < L'0' || digit > L'9') {
+      return 0;
+    }
+    position = position * 10 + (digit - L'0');
+  }
+  return position;
+}
+
+void XPathPredicate::keepAnchored(std::list<Node*>& io_Nodes) const {
+  long place = 1;
+  for (std::list<Node*>::iterator it = io_Nodes.begin(); it != io_Nodes.end(); ++place) {
+    const long position = (*it)->getParent() != nullptr ? place : 1;
+    it = position == m_AnchoredPosition ? std::next(it) : io_Nodes.erase(it);
+  }
+}
 
 TErrorCode XPathPredicate::fiterNodes(std::list<Node*>& io_Nodes) const {
   Trace trace(Tracer::getInstance(TRACE_COMPONENT), "XPathPredicate::fiterNodes");
@@ -20,6 +47,10 @@ TErrorCode XPathPredicate::fiterNodes(std::list<Node*>& io_Nodes) const {
     return XML_PLUGIN_ERROR_XPATH_UNSUPPORTED_EXPRESSION;
   }
   HOST_TRACE(trace, 3) << "io_Nodes.size() = " << static_cast<unsigned long>(io_Nodes.size());
+  if (m_AnchoredPosition > 0) {
+    keepAnchored(io_Nodes);
+    return 0;
+  }
 
   // Two positions, deliberately different: a number result is compared with the overall
   // position, while the root position handed to the evaluation counts only the candidates

@@ -25,12 +25,21 @@ class XPathPredicate {
 
   const String& getExpression() const { return m_Expression; }
 
+  // N when the predicate is "[position()=N]" (N a positive decimal), the form that anchors
+  // a relative path at its context node; 0 otherwise. Such a predicate keeps the candidate
+  // at place N (a candidate without parent counts as place 1) and is decided without an
+  // evaluation per candidate, with the same outcome.
+  long getAnchoredPosition() const { return m_AnchoredPosition; }
+
  private:
+  static long anchoredPosition(const String& i_Condition);
+  void keepAnchored(std::list<Node*>& io_Nodes) const;
   TErrorCode judge(Node* i_pCandidate, std::list<Node*>& i_Candidates, long i_RootPosition,
                    long i_Position, bool& o_Keep) const;
 
   String m_Expression;  // with the brackets
   String m_Condition;   // without them
+  long m_AnchoredPosition;
 };
 
 }  // namespace XmlPlugin

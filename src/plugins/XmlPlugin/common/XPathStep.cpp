@@ -58,9 +58,12 @@ XPathOutputCollector::XPathOutputCollector(XPathOutputElements& io_Items) : m_It
   }
 }
 
+size_t hashText(const String& i_Text) {
+  return std::hash<std::wstring_view>()(std::wstring_view(i_Text.c_str(), i_Text.length()));
+}
+
 size_t XPathOutputCollector::KeyHash::operator()(const Key& i_Key) const {
-  const std::wstring_view text(i_Key.second.c_str(), i_Key.second.length());
-  return std::hash<std::wstring_view>()(text) * 31u + std::hash<int32_t>()(i_Key.first);
+  return hashText(i_Key.second) * 31u + std::hash<int32_t>()(i_Key.first);
 }
 
 void XPathOutputCollector::append(std::unique_ptr<XPathOutputElement> i_pItem) {
@@ -226,15 +229,25 @@ TErrorCode XPathStep::filterNodes(std::list<Node*>& io_Nodes) const {
   return 0;
 }
 
+long XPathStep::getAnchoredPosition() const {
+  return m_Predicates.size() == 1 ? m_Predicates.front()->getAnchoredPosition() : 0;
+}
+
 TErrorCode XPathStep::markFilteredNodes(const std::list<Node*>& i_Nodes,
                                         std::vector<MarkedNode>& o_Marked) const {
+  o_Marked.clear();
+  if (m_Predicates.empty()) {
+    // Nothing is marked, not even a node that fails the name test: the name test is
+    // applied again when the node is evaluated.
+    for (Node* pNode : i_Nodes) {
+      o_Marked.push_back(MarkedNode{pNode, false});
+    }
+    return 0;
+  }
   std::list<Node*> passed(i_Nodes);
   const TErrorCode result = filterNodes(passed);
   const std::unordered_set<const Node*> passing(passed.begin(), passed.end());
-  o_Marked.clear();
   for (Node* pNode : i_Nodes) {
-    // Without predicates nothing is marked, not even a node that fails the name test: the
-    // name test is applied again when the node is evaluated.
     o_Marked.push_back(MarkedNode{pNode, passing.count(pNode) == 0});
   }
   return result;

@@ -43,6 +43,9 @@ enum StepAxis {
 
 typedef std::vector<std::unique_ptr<XPathPredicate>> XPathPredicates;
 
+// A hash of the characters of a string, for indexes keyed by names and texts.
+size_t hashText(const String& i_Text);
+
 // The items one evaluation produces, kept in an owning vector, with an index that finds an
 // item equal to a new one (same number, same node text) without scanning the vector. While
 // the collector lives, items reach the vector only through it.
@@ -119,6 +122,10 @@ class XPathStep {
   // filterNodes; the verdicts are written also on failure.
   TErrorCode markFilteredNodes(const std::list<Node*>& i_Nodes,
                                std::vector<MarkedNode>& o_Marked) const;
+
+  // N when the step's one predicate is "[position()=N]" (it selects the N-th candidate that
+  // passes the name test); 0 otherwise.
+  long getAnchoredPosition() const;
 
   const String& getName() const { return m_Name; }
   StepType getStepType() const { return m_StepType; }
