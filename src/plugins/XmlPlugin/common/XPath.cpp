@@ -119,6 +119,23 @@ size_t childPosition(const Node* i_pParent, const Node* i_pChild) {
   return position;
 }
 
+// Calls i_Visit for each element child of i_pParent after (i_Forward) or before i_pNode, in
+// document order, never for i_pNode itself; true when i_pNode is among them.
+template <typename Visit>
+bool visitSiblings(const Node* i_pParent, const Node* i_pNode, bool i_Forward, Visit i_Visit) {
+  std::list<Node*> children;
+  XPathStep::getChildrenXmlNodes(i_pParent, children);
+  bool passed = false;
+  for (Node* pChild : children) {
+    if (pChild == i_pNode) {
+      passed = true;
+    } else if (passed == i_Forward) {
+      i_Visit(pChild);
+    }
+  }
+  return passed;
+}
+
 bool outputsAfterMatch(StepAxis i_Axis, bool i_absoluteDeepSearch) {
   switch (i_Axis) {
     case child:
@@ -242,8 +259,7 @@ TErrorCode XPath::getValues(XPathOutputElements& o_Output, Node* i_Root) {
 TErrorCode XPath::evaluatePath(Node* i_Root, XPathOutputCollector& io_Output) {
   m_Tokens = m_XPathParser.getTokens(m_XPaths[m_CurrentXPath]);
   m_Steps.clear();
-  TErrorCode result = 0;
-  const XPathStep* pFirst = getStep(0, result);
+  const XPathStep* pFirst = getStep(0);
   if (pFirst == nullptr) {
     // Deliberately this code, whatever stopped the first step from being built.
     return XML_PLUGIN_ERROR_XPATH_ARGUMENTS_TYPE_ERROR;
@@ -253,7 +269,7 @@ TErrorCode XPath::evaluatePath(Node* i_Root, XPathOutputCollector& io_Output) {
   return evaluateStep(marked.front(), 0, io_Output, false);
 }
 
-const XPathStep* XPath::getStep(unsigned int i_Index, TErrorCode& o_Result) {
+const XPathStep* XPath::getStep(unsigned int i_Index, TErrorCode* o_pResult) {
   if (i_Index >= m_Steps.size()) {
     m_Steps.resize(i_Index + 1);
   }
@@ -262,7 +278,9 @@ const XPathStep* XPath::getStep(unsigned int i_Index, TErrorCode& o_Result) {
     built.m_Result = XPathParser::getStep(m_Tokens, i_Index, built.m_Step);
     built.m_Built = true;
   }
-  o_Result = built.m_Result;
+  if (o_pResult != nullptr) {
+    *o_pResult = built.m_Result;
+  }
   return built.m_Step.get();
 }
 
@@ -281,7 +299,7 @@ TErrorCode XPath::evaluateStep(MarkedNode i_Node, unsigned int i_StepPosition,
   }
   NestingGuard guard;
   TErrorCode result = 0;
-  const XPathStep* pStep = getStep(i_StepPosition, result);
+  const XPathStep* pStep = getStep(i_StepPosition, &result);
   if (pStep == nullptr) {
     return result;
   }
@@ -298,8 +316,7 @@ TErrorCode XPath::evaluateStep(MarkedNode i_Node, unsigned int i_StepPosition,
 TErrorCode XPath::evaluateMatch(MarkedNode i_Node, const XPathStep& i_Step,
                                 unsigned int& io_Position, XPathOutputCollector& io_Output,
                                 bool i_absoluteDeepSearch) {
-  TErrorCode nextResult = 0;
-  const XPathStep* pNext = getStep(io_Position + 1, nextResult);
+  const XPathStep* pNext = getStep(io_Position + 1);
   if (pNext != nullptr && !i_Node.m_Marked) {
     if (dispatchAxis(i_Node, pNext->getAxis(), io_Position + 1, io_Output)) {
       if (pNext->getAxis() == self) {
@@ -424,8 +441,7 @@ TErrorCode XPath::searchInDepth(Node* i_Node, const XPathStep& i_Step, unsigned 
 void XPath::continueAxis(const MarkedNode& i_Node, Node* i_pReached, Node* i_pEvaluated,
                          unsigned int i_StepPosition, XPathOutputCollector& io_Output,
                          bool i_absoluteDeepSearch) {
-  TErrorCode result = 0;
-  const XPathStep* pNext = getStep(i_StepPosition + 1, result);
+  const XPathStep* pNext = getStep(i_StepPosition + 1);
   if (pNext != nullptr && pNext->getStepType() == leaf && !i_Node.m_Marked) {
     if (admitStep()) {
       pNext->evaluateNode(i_pReached, io_Output);
@@ -437,8 +453,7 @@ void XPath::continueAxis(const MarkedNode& i_Node, Node* i_pReached, Node* i_pEv
 
 void XPath::ancestorStep(MarkedNode& i_Node, unsigned int i_StepPosition,
                          XPathOutputCollector& io_Output) {
-  TErrorCode result = 0;
-  const XPathStep* pStep = getStep(i_StepPosition, result);
+  const XPathStep* pStep = getStep(i_StepPosition);
   if (pStep == nullptr) {
     return;
   }
@@ -459,47 +474,31 @@ void XPath::ancestorStep(MarkedNode& i_Node, unsigned int i_StepPosition,
 void XPath::siblingsStep(MarkedNode& i_Node, unsigned int i_StepPosition,
                          XPathOutputCollector& io_Output) {
   Node* pParent = i_Node.m_Node->getParent();
-  TErrorCode result = 0;
-  const XPathStep* pStep = pParent != nullptr ? getStep(i_StepPosition, result) : nullptr;
+  const XPathStep* pStep = pParent != nullptr ? getStep(i_StepPosition) : nullptr;
   if (pStep == nullptr) {
     return;
   }
   const StepAxis axis = pStep->getAxis();
   const bool forward = axis == following_sibling || axis == following;
   const bool deep = axis == following || axis == preceding;
-  std::list<Node*> children;
-  XPathStep::getChildrenXmlNodes(pParent, children);
-  bool passed = false;
-  for (Node* pChild : children) {
-    if (pChild == i_Node.m_Node) {
-      passed = true;
-    } else if (passed == forward) {
-      // Deliberately evaluates the parent, not the sibling, when the path goes on: that
-      // decides which nodes the later steps reach.
-      continueAxis(i_Node, pChild, pParent, i_StepPosition, io_Output, deep);
-    }
-  }
+  // Deliberately evaluates the parent, not the sibling, when the path goes on: that decides
+  // which nodes the later steps reach.
+  visitSiblings(pParent, i_Node.m_Node, forward, [&](Node* i_pSibling) {
+    continueAxis(i_Node, i_pSibling, pParent, i_StepPosition, io_Output, deep);
+  });
 }
 
 void XPath::followprescStep(MarkedNode& i_Node, unsigned int i_StepPosition,
                             XPathOutputCollector& io_Output) {
   Node* pParent = i_Node.m_Node->getParent();
-  TErrorCode result = 0;
-  const XPathStep* pStep = pParent != nullptr ? getStep(i_StepPosition, result) : nullptr;
+  const XPathStep* pStep = pParent != nullptr ? getStep(i_StepPosition) : nullptr;
   if (pStep == nullptr) {
     return;
   }
   const bool forward = pStep->getAxis() == following;
-  std::list<Node*> children;
-  XPathStep::getChildrenXmlNodes(pParent, children);
-  bool found = false;
-  for (Node* pChild : children) {
-    if (pChild == i_Node.m_Node) {
-      found = true;
-    } else if (found == forward) {
-      evaluateStep(MarkedNode{pChild, false}, i_StepPosition, io_Output, true);
-    }
-  }
+  const bool found = visitSiblings(pParent, i_Node.m_Node, forward, [&](Node* i_pSibling) {
+    evaluateStep(MarkedNode{i_pSibling, false}, i_StepPosition, io_Output, true);
+  });
   if (!found) {
     return;
   }
@@ -528,8 +527,7 @@ void XPath::followprescStep(MarkedNode& i_Node, unsigned int i_StepPosition,
 
 void XPath::descendantStep(MarkedNode& i_Node, unsigned int i_StepPosition,
                            XPathOutputCollector& io_Output) {
-  TErrorCode result = 0;
-  const XPathStep* pStep = getStep(i_StepPosition, result);
+  const XPathStep* pStep = getStep(i_StepPosition);
   if (pStep == nullptr) {
     return;
   }
@@ -553,8 +551,7 @@ void XPath::selfStep(MarkedNode& i_Node, unsigned int i_StepPosition,
 }
 
 int XPath::prevPredicateCheck(unsigned int i_StepPosition, MarkedNode i_Node) {
-  TErrorCode result = 0;
-  const XPathStep* pStep = getStep(i_StepPosition, result);
+  const XPathStep* pStep = getStep(i_StepPosition);
   // The earlier steps need no check of their own: the first one was built, or evaluation
   // would not have started.
   return pStep != nullptr && !pStep->isAbsoluteDeepSearch() && i_StepPosition > 0 &&

@@ -81,8 +81,8 @@ class XPath {
   };
 
   TErrorCode evaluatePath(Node* i_Root, XPathOutputCollector& io_Output);
-  // Step i_Index of the current path, or null with the code of its building.
-  const XPathStep* getStep(unsigned int i_Index, TErrorCode& o_Result);
+  // Step i_Index of the current path, or null; *o_pResult receives the code of its building.
+  const XPathStep* getStep(unsigned int i_Index, TErrorCode* o_pResult = nullptr);
   // The index of the current path's leaf step.
   unsigned int maxPosition() const;
 

@@ -20,6 +20,19 @@ String prefix(const String& i_Text, int i_Count) {
   return i_Count > 0 ? i_Text.substring(0, i_Count - 1) : String();
 }
 
+// The children of a node; o_pChildren stays null when there are none or on failure.
+TErrorCode childList(const Node* i_Node, const NodeList*& o_pChildren) {
+  o_pChildren = nullptr;
+  if (i_Node == nullptr) {
+    return HOST_ERROR_BAD_ARGUMENT;
+  }
+  const TErrorCode result = i_Node->getChildren(&o_pChildren);
+  if (result != 0) {
+    o_pChildren = nullptr;
+  }
+  return result;
+}
+
 std::unique_ptr<XPathOutputElement> makeItem(const String& i_NodeText, const String& i_Value,
                                              int32_t i_Index, Node* i_pNode) {
   std::unique_ptr<XPathOutputElement> pItem(new XPathOutputElement);
@@ -171,12 +184,9 @@ StepAxis XPathStep::receiveAxis(const String& i_AxisName) {
 
 TErrorCode XPathStep::getChildrenXmlNodes(const Node* i_Node, std::list<Node*>& o_Nodes) {
   o_Nodes.clear();
-  if (i_Node == nullptr) {
-    return HOST_ERROR_BAD_ARGUMENT;
-  }
   const NodeList* pChildren = nullptr;
-  const TErrorCode result = i_Node->getChildren(&pChildren);
-  if (result != 0 || pChildren == nullptr) {
+  const TErrorCode result = childList(i_Node, pChildren);
+  if (pChildren == nullptr) {
     return result;
   }
   for (Node* pChild : *pChildren) {
@@ -189,12 +199,9 @@ TErrorCode XPathStep::getChildrenXmlNodes(const Node* i_Node, std::list<Node*>& 
 
 TErrorCode XPathStep::getTextNode(const Node* i_Node, Node*& o_Text) {
   o_Text = nullptr;
-  if (i_Node == nullptr) {
-    return HOST_ERROR_BAD_ARGUMENT;
-  }
   const NodeList* pChildren = nullptr;
-  const TErrorCode result = i_Node->getChildren(&pChildren);
-  if (result != 0 || pChildren == nullptr) {
+  const TErrorCode result = childList(i_Node, pChildren);
+  if (pChildren == nullptr) {
     return result;
   }
   for (Node* pChild : *pChildren) {
