@@ -182,7 +182,7 @@ TEST(XPathTest, NestingPastTheBoundFails) {
     path += "/.";
   }
   EXPECT_EQ(evaluate(pTree.get(), path.c_str()),
-            std::to_string(XML_PLUGIN_ERROR_XPATH_UNABLE_TO_EVAL_EXPRESSION) + "|");
+            std::to_string(XML_PLUGIN_ERROR_XPATH_UNSUPPORTED_EXPRESSION) + "|");
   path.resize(path.size() - 4 * 2);
   EXPECT_EQ(evaluate(pTree.get(), path.c_str()), "0|a=1");
 }

@@ -247,7 +247,7 @@ TErrorCode XPath::getValues(XPathOutputElements& o_Output, Node* i_Root) {
     }
   }
   if (result == 0 && t_Load.m_Refused) {
-    result = XML_PLUGIN_ERROR_XPATH_UNABLE_TO_EVAL_EXPRESSION;
+    result = XML_PLUGIN_ERROR_XPATH_UNSUPPORTED_EXPRESSION;
   }
   sortByDocumentOrder(o_Output);
   if (result != 0) {
@@ -295,7 +295,7 @@ TErrorCode XPath::evaluateStep(MarkedNode i_Node, unsigned int i_StepPosition,
     return 0;
   }
   if (!admitStep()) {
-    return XML_PLUGIN_ERROR_XPATH_UNABLE_TO_EVAL_EXPRESSION;
+    return XML_PLUGIN_ERROR_XPATH_UNSUPPORTED_EXPRESSION;
   }
   NestingGuard guard;
   TErrorCode result = 0;

@@ -17,7 +17,7 @@
 namespace XmlPlugin {
 
 // Bounds of an evaluation, with the evaluations nested in it through predicates; past
-// them it fails with XML_PLUGIN_ERROR_XPATH_UNABLE_TO_EVAL_EXPRESSION.
+// them it fails with XML_PLUGIN_ERROR_XPATH_UNSUPPORTED_EXPRESSION.
 // How deeply steps may nest: twice the reader's deepest document, so that a path may climb
 // to the top of such a document and search all the way down again.
 const unsigned int XPATH_MAX_STEP_NESTING = 4096;
