@@ -128,6 +128,8 @@ TEST(XPathParserTest, BuildsSteps) {
       {"a/b]", 1, "-15101|"},
       {"[1]/a", 0, "-15101|"},
       {"a/b[1]]", 1, "0|leaf child b [1]"},
+      {"a[b[c]]", 0, "0|root child a [b[c] [c]"},  // an inner "[" ends at the outer "]"
+      {"a[1][[", 0, "-15101|"},
       {"a//b", 0, "0|root child a//b"},
       {"a/", 0, "0|root child a"},
   };

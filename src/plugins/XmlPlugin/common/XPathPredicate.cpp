@@ -9,20 +9,23 @@
 namespace XmlPlugin {
 
 XPathPredicate::XPathPredicate(const String& i_Expression)
-    : m_Expression(i_Expression),
-      m_Condition(i_Expression.substring(1, i_Expression.length() - 2)),
-      m_AnchoredPosition(anchoredPosition(m_Condition)) {}
+    : XPathPredicate(std::make_shared<const String>(i_Expression), 0, i_Expression.length() - 1) {}
 
-long XPathPredicate::anchoredPosition(const String& i_Condition) {
+XPathPredicate::XPathPredicate(const std::shared_ptr<const String>& i_pText, int i_Open,
+                               int i_Close)
+    : m_pText(i_pText), m_Open(i_Open), m_Close(i_Close), m_AnchoredPosition(anchoredPosition()) {}
+
+long XPathPredicate::anchoredPosition() const {
   const String prefix(L"position()=");
+  const int begin = m_Open + 1;
   // Nine digits at most, so that the number stays exact.
-  const int digits = i_Condition.length() - prefix.length();
-  if (!i_Condition.startsWith(prefix) || digits < 1 || digits > 9) {
+  const int digits = m_Close - begin - prefix.length();
+  if (digits < 1 || digits > 9 || !m_pText->startsWith(prefix, begin)) {
     return 0;
   }
   long position = 0;
-  for (int i = prefix.length(); i < i_Condition.length(); ++i) {
-    const wchar_t digit = i_Condition.charAt(i);
+  for (int i = begin + prefix.length(); i < m_Close; ++i) {
+    const wchar_t digit = m_pText->charAt(i);
     if (digit < L'0' || digit > L'9') {
       return 0;
     }
@@ -41,8 +44,8 @@ void XPathPredicate::keepAnchored(std::list<Node*>& io_Nodes) const {
 
 TErrorCode XPathPredicate::fiterNodes(std::list<Node*>& io_Nodes) const {
   Trace trace(Tracer::getInstance(TRACE_COMPONENT), "XPathPredicate::fiterNodes");
-  HOST_TRACE(trace, 3) << "m_Expression " << m_Condition;
-  if (m_Condition.isEmpty()) {
+  HOST_TRACE(trace, 3) << "m_Expression " << condition();
+  if (m_Close - m_Open < 2) {
     HOST_TRACE(trace, 1) << "XML_PLUGIN_ERROR_XPATH_UNSUPPORTED_EXPRESSION";
     return XML_PLUGIN_ERROR_XPATH_UNSUPPORTED_EXPRESSION;
   }
@@ -61,6 +64,7 @@ TErrorCode XPathPredicate::fiterNodes(std::list<Node*>& io_Nodes) const {
   long position = 1;
   std::list<Node*> kept;
   TErrorCode result = 0;
+  const String text = io_Nodes.empty() ? String() : condition();
   for (Node* pCandidate : io_Nodes) {
     if (pCandidate->m_Name != prevNodeName) {
       nextPositionByName[prevNodeName] = namePosition;
@@ -69,7 +73,7 @@ TErrorCode XPathPredicate::fiterNodes(std::list<Node*>& io_Nodes) const {
       prevNodeName = pCandidate->m_Name;
     }
     bool keep = false;
-    result = judge(pCandidate, io_Nodes, namePosition, position, keep);
+    result = judge(text, pCandidate, io_Nodes, namePosition, position, keep);
     if (keep) {
       kept.push_back(pCandidate);
     }
@@ -82,13 +86,14 @@ TErrorCode XPathPredicate::fiterNodes(std::list<Node*>& io_Nodes) const {
   return result;
 }
 
-TErrorCode XPathPredicate::judge(Node* i_pCandidate, std::list<Node*>& i_Candidates,
-                                 long i_RootPosition, long i_Position, bool& o_Keep) const {
+TErrorCode XPathPredicate::judge(const String& i_Condition, Node* i_pCandidate,
+                                 std::list<Node*>& i_Candidates, long i_RootPosition,
+                                 long i_Position, bool& o_Keep) const {
   Trace trace(Tracer::getInstance(TRACE_COMPONENT), "XPathPredicate::fiterNodes");
   HOST_TRACE(trace, 3) << "Node to check = " << i_pCandidate->m_Name
                        << " root position = " << i_RootPosition;
   o_Keep = false;
-  XPathExpressionsParser parser(m_Condition);
+  XPathExpressionsParser parser(i_Condition);
   parser.setSiblings(&i_Candidates);
   parser.setRootPosition(i_RootPosition);
   TErrorCode result = parser.runParser(i_pCandidate);

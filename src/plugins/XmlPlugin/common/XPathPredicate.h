@@ -2,6 +2,7 @@
 #pragma once
 
 #include <list>
+#include <memory>
 
 #include "host/Node.h"
 #include "host/String.h"
@@ -13,6 +14,9 @@ class XPathPredicate {
  public:
   // i_Expression is the predicate text with its square brackets.
   explicit XPathPredicate(const String& i_Expression);
+  // The predicate from i_Open to i_Close (its brackets) in a step text that the step's
+  // predicates share, so that predicates overlapping in the text cost no copy each.
+  XPathPredicate(const std::shared_ptr<const String>& i_pText, int i_Open, int i_Close);
 
   // Keeps, in order, the candidates for which the predicate holds. Every candidate gets
   // an evaluation of its own with the candidate as context node and the whole list as its
@@ -23,7 +27,8 @@ class XPathPredicate {
   // XML_PLUGIN_ERROR_XPATH_UNSUPPORTED_EXPRESSION for an empty predicate, list unchanged.
   TErrorCode fiterNodes(std::list<Node*>& io_Nodes) const;
 
-  const String& getExpression() const { return m_Expression; }
+  // The predicate text with its brackets.
+  String getExpression() const { return m_pText->substring(m_Open, m_Close); }
 
   // N when the predicate is "[position()=N]" (N a positive decimal), the form that anchors
   // a relative path at its context node; 0 otherwise. Such a predicate keeps the candidate
@@ -32,13 +37,16 @@ class XPathPredicate {
   long getAnchoredPosition() const { return m_AnchoredPosition; }
 
  private:
-  static long anchoredPosition(const String& i_Condition);
+  long anchoredPosition() const;
+  // The predicate text without its brackets.
+  String condition() const { return m_pText->substring(m_Open + 1, m_Close - 1); }
   void keepAnchored(std::list<Node*>& io_Nodes) const;
-  TErrorCode judge(Node* i_pCandidate, std::list<Node*>& i_Candidates, long i_RootPosition,
-                   long i_Position, bool& o_Keep) const;
+  TErrorCode judge(const String& i_Condition, Node* i_pCandidate, std::list<Node*>& i_Candidates,
+                   long i_RootPosition, long i_Position, bool& o_Keep) const;
 
-  String m_Expression;  // with the brackets
-  String m_Condition;   // without them
+  std::shared_ptr<const String> m_pText;
+  int m_Open;   // the opening bracket in m_pText
+  int m_Close;  // the closing bracket
   long m_AnchoredPosition;
 };
 

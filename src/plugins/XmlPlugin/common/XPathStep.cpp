@@ -135,14 +135,19 @@ TErrorCode XPathStep::parseName(const String& i_Text, String& o_Name, XPathPredi
                                 StepAxis& io_Axis) {
   TErrorCode result = 0;
   o_Name = i_Text;
-  // Brackets do not nest: an inner "[" starts a predicate text of its own.
+  // Brackets do not nest: an inner "[" starts a predicate text of its own, which ends at the
+  // same "]" as the outer one. The predicates share the text instead of copying it.
+  const std::shared_ptr<const String> pText = std::make_shared<const String>(i_Text);
+  int close = 0;  // the first "]" after the last "[" looked at; -1 once there is none
   for (int open = o_Name.indexOf(L'['); open >= 0; open = o_Name.indexOf(L'[', open + 1)) {
-    const int close = o_Name.indexOf(L']', open);
+    if (close >= 0 && close < open) {
+      close = o_Name.indexOf(L']', open);
+    }
     if (close < 0 || open == 0) {
       result = XML_PLUGIN_ERROR_XPATH_WRONG_MID;
       continue;
     }
-    o_Predicates.emplace_back(new XPathPredicate(o_Name.substring(open, close)));
+    o_Predicates.emplace_back(new XPathPredicate(pText, open, close));
   }
   const int firstOpen = o_Name.indexOf(L'[');
   if (firstOpen >= 0) {
