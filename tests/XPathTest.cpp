@@ -82,6 +82,11 @@ TEST(XPathTest, DeepSearch) {
                  {"//c/b", "0|"},
                  {"//b/text()", "0|b=1,b=2,b=3"},
                  {"a//b", "0|"},  // only a leading "//" searches in depth
+                 {"a/b/b", "0|b=2"},
+                 // Nodes a predicate step excluded in depth (by name or predicate) stay
+                 // excluded for the later paths of a union: their children give nothing.
+                 {"//c[@x] | a/b/b", "0|"},
+                 {"a/b/b | //c[@x]", "0|b=2"},
              });
 }
 
@@ -121,6 +126,10 @@ TEST(XPathTest, Axes) {
                  // No name test for the siblings the leaf receives.
                  {"r/a/c/following-sibling::x", "0|d=3"},
                  {"r/a/c/preceding-sibling::*", "0|b=1"},
+                 // A longer path goes on from the parent of the siblings, not from them.
+                 {"r/a/c/following-sibling::*/b", "0|b=1"},
+                 {"r/a/d/preceding-sibling::x/c", "0|"},
+                 {"r/a/c/ancestor::*/e", "0|e=4"},
                  {"r/a/c/following::*", "0|d=3,e=4"},
                  {"r/e/preceding::*", "0|a=,b=1,c=2,d=3"},
                  {"r/a/c/preceding::*", "0|b=1"},
