@@ -86,6 +86,11 @@ TEST_F(XmlValueTest, PropertiesAreCheckedFileFirstThenXPath) {
 }
 
 TEST_F(XmlValueTest, ResultCountsAndMustExist) {
+  std::wstring tooDeep = L"count(/root";
+  for (int step = 0; step < 4200; ++step) {
+    tooDeep += L"/.";
+  }
+  tooDeep += L")";
   const Row rows[] = {
       {L"twins.xml", L"/root/single", nullptr, "0:only", "0:only"},
       // Values are not merged: two equal texts are two values.
@@ -101,6 +106,8 @@ TEST_F(XmlValueTest, ResultCountsAndMustExist) {
       {L"twins.xml", L"/root/none", L" true", "0:", "0:"},
       {L"twins.xml", L"/root/none", L"false", "0:", "0:"},
       {L"twins.xml", L"/root/none", L"", "0:", "0:"},
+      // A path past the evaluation bounds fails the request instead of counting as empty.
+      {L"twins.xml", tooDeep.c_str(), nullptr, "-15106:", "-15106:"},
   };
   for (const Row& row : rows) {
     EXPECT_EQ(scalarResult(row), row.m_Scalar) << row;

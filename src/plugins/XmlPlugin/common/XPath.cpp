@@ -35,6 +35,7 @@ struct EvaluationLoad {
   XPathChildIndex* m_pChildren = nullptr;  // the outermost evaluation's index
 };
 thread_local EvaluationLoad t_Load;
+thread_local unsigned long t_RefusedCount = 0;
 
 // Makes an evaluation that begins while no other runs the outermost one: it resets the
 // load and lends its child index to the evaluations nested in it.
@@ -69,7 +70,11 @@ class NestingGuard {
 
 // Trace records are written out of line so that the frames of the recursion stay small.
 [[gnu::noinline]] void refuseLoad() {
+  if (t_Load.m_Refused) {
+    return;
+  }
   t_Load.m_Refused = true;
+  ++t_RefusedCount;
   Trace trace(Tracer::getInstance(TRACE_COMPONENT), "XPath::evaluateStep");
   HOST_TRACE(trace, 1) << "Evaluation too deep or too long: nesting " << t_Load.m_Nesting
                        << ", steps " << t_Load.m_Steps;
@@ -217,6 +222,10 @@ TErrorCode XPath::splitXPath() {
     m_XPaths.push_back(deep ? String(L"//").concat(path) : path);
   }
   return m_XPaths.size() == m_StepCounts.size() ? 0 : XPATH_SPLIT_ERROR;
+}
+
+unsigned long XPath::getRefusedCount() {
+  return t_RefusedCount;
 }
 
 bool XPath::endsWithAttribute(const String& i_Path) {

@@ -72,6 +72,10 @@ class XPath {
   // True when the last step of the path is an attribute step.
   bool endsWithAttribute(const String& i_Path);
 
+  // How many evaluations on this thread have been refused past the bounds. An operand drops
+  // its path's failure, so a request compares this count before and after to fail as a whole.
+  static unsigned long getRefusedCount();
+
  private:
   // Steps of the path under evaluation, each built on first use and kept with its code.
   struct BuiltStep {
