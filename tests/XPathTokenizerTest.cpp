@@ -108,6 +108,8 @@ TEST(XPathTokenizerTest, EmitsItemsInSourceOrder) {
       {L"- - -a", 0, "( 0 - a )"},
       {L"count(a|b)", 0, "count ( a|b )"},
       {L"a | b|c", 0, "a| b|c"},
+      // Each step of a union joins to the text of the previous step without its quotes.
+      {L"\"'a\" | \"b'\" | c", 0, "a|b| c"},
       {L"substring('abc', 2)", 0, "substring ( 'abc' , 2 )"},
       {L"concat('a', 'b') = 'ab'", 0, "concat ( 'a' , 'b' ) = 'ab'"},
       {L"(1 + 2) * 3", 0, "( 1 + 2 ) * 3"},
@@ -208,8 +210,9 @@ TEST(XPathTokenizerTest, HostileInputsEndQuickly) {
       repeat(L"a/", 20000) + L"a",
       repeat(L"-", 20000) + L"1",
       std::wstring(XPATH_MAX_LENGTH, L'a'),
+      repeat(L"a|", 50000) + L"a",
   };
-  const std::vector<TErrorCode> codes = {WRONG, WRONG, WRONG, WRONG, 0, 0, 0, WRONG};
+  const std::vector<TErrorCode> codes = {WRONG, WRONG, WRONG, WRONG, 0, 0, 0, WRONG, 0};
   for (size_t index = 0; index < inputs.size(); ++index) {
     const auto begin = std::chrono::steady_clock::now();
     EXPECT_EQ(tokenize(inputs[index]).code, codes[index]) << index;

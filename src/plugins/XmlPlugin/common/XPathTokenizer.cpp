@@ -15,6 +15,8 @@
 // character access is bounds-checked and nothing matches there.
 #include "XPathTokenizer.h"
 
+#include <string>
+
 #include "XPathArgument.h"
 #include "XPathNameCharClasses.h"
 #include "XPathOperator.h"
@@ -42,6 +44,45 @@ const std::initializer_list<const wchar_t*> NODE_TYPES = {
 const std::initializer_list<const wchar_t*> PATH_SEPARATORS = {L"//", L"/"};
 
 const wchar_t BLANK = L' ';
+
+// The text of a union being merged. Each step joins the next operand to the string value of
+// the operand the previous step made (its text without enclosing quotes); the text is kept in
+// one buffer and made into an operand once, so a long union costs linear time and memory.
+class UnionText {
+ public:
+  UnionText(const String& i_Left, const String& i_Right) : m_Text(i_Left.toWide()) {
+    join(i_Right);
+  }
+  void append(const String& i_Right) {
+    cutQuota();
+    join(i_Right);
+  }
+  String text() const { return String(m_Text.c_str() + m_Begin, length()); }
+
+ private:
+  int length() const { return static_cast<int>(m_Text.size() - m_Begin); }
+  void join(const String& i_Right) {
+    m_Text.push_back(L'|');
+    m_Text.append(i_Right.c_str(), i_Right.length());
+  }
+  // As XPathExpression::CutQuota, in place.
+  void cutQuota() {
+    for (const wchar_t quote : {L'"', L'\''}) {
+      if (length() > 0 && m_Text[m_Begin] == quote && m_Text.back() == quote) {
+        if (length() == 1) {
+          m_Begin = m_Text.size();
+        } else {
+          ++m_Begin;
+          m_Text.pop_back();
+        }
+        return;
+      }
+    }
+  }
+
+  std::wstring m_Text;
+  size_t m_Begin = 0;
+};
 
 }  // namespace
 
@@ -549,17 +590,30 @@ void XPathTokenizer::mergeXPath() {
     return;
   }
   std::vector<XPathExpression*> merged;
+  std::unique_ptr<UnionText> pUnion;  // the union that the last merged operand will hold
+  const auto closeUnion = [this, &merged, &pUnion]() {
+    if (pUnion != nullptr) {
+      merged.push_back(own(new XPathArgument(pUnion->text())));
+      pUnion.reset();
+    }
+  };
   for (size_t index = 0; index < m_ExprVector.size(); ++index) {
     const bool isUnion = m_ExprVector[index]->GetExpressionString().compareTo(L"|") == 0;
     if (isUnion && index != 0 && index + 1 != m_ExprVector.size()) {
-      String text = merged.back()->GetExpressionString();
-      text.concat(L'|').concat(m_ExprVector[index + 1]->GetExpressionString());
-      merged.back() = own(new XPathArgument(text));
+      const String right = m_ExprVector[index + 1]->GetExpressionString();
+      if (pUnion != nullptr) {
+        pUnion->append(right);
+      } else {
+        pUnion.reset(new UnionText(merged.back()->GetExpressionString(), right));
+        merged.pop_back();
+      }
       ++index;
     } else {
+      closeUnion();
       merged.push_back(m_ExprVector[index]);
     }
   }
+  closeUnion();
   m_ExprVector.swap(merged);
 }
 
