@@ -35,6 +35,16 @@ class Arena {
     return pItem;
   }
 
+  // i_Count new default-made objects in adjacent places; returns the first of them.
+  T* createMany(size_t i_Count) {
+    T* pFirst = reserve(i_Count);
+    for (size_t i = 0; i < i_Count; ++i) {
+      new (pFirst + i) T();
+      ++m_Blocks.back().m_Used;
+    }
+    return pFirst;
+  }
+
   // Moves i_Count items into adjacent places of the arena; returns the first of them.
   T* adopt(T* i_pItems, size_t i_Count) {
     T* pFirst = reserve(i_Count);

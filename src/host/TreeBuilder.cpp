@@ -1,5 +1,7 @@
 #include "TreeBuilder.h"
 
+#include <utility>
+
 #include "Utf8.h"
 #include "host/NodeReader.h"
 
@@ -27,34 +29,36 @@ bool TreeBuilder::refuse(const String& i_Reason) {
   return false;
 }
 
-bool TreeBuilder::read(std::string_view i_Bytes, bool i_Share, String& o_Text) {
-  if (i_Share) {
-    const auto found = m_Shared.find(std::string(i_Bytes));
-    if (found != m_Shared.end()) {
-      o_Text = found->second;
-      return true;
-    }
-  }
+bool TreeBuilder::decode(std::string_view i_Bytes, String& o_Text) {
   m_Decoded.clear();
   if (!HostUtf8::appendDecoded(i_Bytes.data(), i_Bytes.size(), m_Decoded)) {
     return refuse(String(L"invalid UTF-8 sequence"));
   }
   o_Text = String(m_Decoded);
-  if (i_Share) {
-    m_Shared.emplace(std::string(i_Bytes), o_Text);
-  }
   return true;
 }
 
 bool TreeBuilder::readValue(std::string_view i_Bytes, String& o_Value) {
   // Short values repeat a lot ("en", "true", "0"); sharing them keeps the tree small.
-  return read(i_Bytes, i_Bytes.size() <= SHARED_VALUE_BYTES, o_Value);
+  if (i_Bytes.empty() || i_Bytes.size() > ValueCache::MAX_BYTES) {
+    return decode(i_Bytes, o_Value);
+  }
+  if (const String* pKept = m_RecentValues.find(i_Bytes)) {
+    o_Value = *pKept;
+  } else if (!decode(i_Bytes, o_Value)) {
+    return false;
+  }
+  m_RecentValues.keep(i_Bytes, o_Value);
+  return true;
 }
 
 bool TreeBuilder::readName(const char* i_Name, String& o_Name) {
-  if (!read(i_Name, true, o_Name)) {
+  const std::string_view bytes(i_Name);
+  String& shared = m_Names.entry(bytes);
+  if (shared.isEmpty() && !decode(bytes, shared)) {
     return false;
   }
+  o_Name = shared;
   return o_Name.length() <= NODE_READER_MAX_NAME_LENGTH ||
          refuse(String(L"name longer than " + std::to_wstring(NODE_READER_MAX_NAME_LENGTH) +
                        L" characters"));
@@ -65,15 +69,14 @@ StringMap* TreeBuilder::attributes(const char** i_Attributes, int32_t i_Count,
   if (i_Count == 0) {
     return TreeStorage::noAttributes();
   }
-  m_AttributeStrings.assign(2 * static_cast<size_t>(i_Count), String());
+  // Read in place: the tree's strings are where shared values point.
+  String* pStrings = m_pStorage->m_AttributeStrings.createMany(2 * static_cast<size_t>(i_Count));
   for (int32_t i = 0; i < i_Count; ++i) {
-    if (!readName(i_Attributes[2 * i], m_AttributeStrings[i]) ||
-        !readValue(i_Attributes[2 * i + 1], m_AttributeStrings[i_Count + i])) {
+    if (!readName(i_Attributes[2 * i], pStrings[i]) ||
+        !readValue(i_Attributes[2 * i + 1], pStrings[i_Count + i])) {
       return nullptr;
     }
   }
-  const String* pStrings =
-      m_pStorage->m_AttributeStrings.adopt(m_AttributeStrings.data(), m_AttributeStrings.size());
   return m_pStorage->m_AttributeMaps.create(pStrings, pStrings + i_Count, i_Count, i_FirstNumber);
 }
 
@@ -109,9 +112,7 @@ bool TreeBuilder::startElement(const char* i_Name, const char** i_Attributes) {
     m_pRoot.reset(new DocumentRoot(name, index, pAttributes));
     pElement = m_pRoot.get();
   } else {
-    pElement = m_pStorage->m_Nodes.create(ElementNode, name, index, pAttributes,
-                                          m_OpenElements.back().m_pElement);
-    m_Children.push_back(pElement);
+    pElement = newChild(ElementNode, std::move(name), index, pAttributes);
   }
   m_OpenElements.push_back(OpenElement{pElement, m_Children.size()});
   return true;
@@ -152,10 +153,10 @@ bool TreeBuilder::comment(const char* i_Text) {
     return false;
   }
   String text;
-  if (!read(i_Text, false, text)) {
+  if (!decode(i_Text, text)) {
     return false;
   }
-  addChild(CommentNode, text);
+  newChild(CommentNode, std::move(text), m_NextIndex++, TreeStorage::noAttributes());
   return true;
 }
 
@@ -170,7 +171,8 @@ bool TreeBuilder::processingInstruction(const char* i_Target) {
   if (!readName(i_Target, target)) {
     return false;
   }
-  addChild(ProcessingInstructionNode, target);
+  newChild(ProcessingInstructionNode, std::move(target), m_NextIndex++,
+           TreeStorage::noAttributes());
   return true;
 }
 
@@ -179,10 +181,13 @@ bool TreeBuilder::skips() const {
   return m_OpenElements.empty() || m_Options.m_SkipComments;
 }
 
-void TreeBuilder::addChild(int i_Type, const String& i_Name) {
-  m_Children.push_back(m_pStorage->m_Nodes.create(i_Type, i_Name, m_NextIndex++,
-                                                  TreeStorage::noAttributes(),
-                                                  m_OpenElements.back().m_pElement));
+Node* TreeBuilder::newChild(int i_Type, String i_Name, int32_t i_Index, StringMap* i_pAttributes) {
+  Node* pChild = m_pStorage->m_Nodes.create(i_Type, String(), i_Index, i_pAttributes,
+                                            m_OpenElements.back().m_pElement);
+  // Moved in rather than copied: a copy would touch the shared buffer's count twice.
+  pChild->m_Name = std::move(i_Name);
+  m_Children.push_back(pChild);
+  return pChild;
 }
 
 bool TreeBuilder::flushText() {
@@ -198,11 +203,8 @@ bool TreeBuilder::flushText() {
       text = isBlank ? std::string_view()
                      : text.substr(first, text.find_last_not_of(XML_SPACE) - first + 1);
     }
-    String node;
-    accepted = readValue(text, node);
-    if (accepted) {
-      addChild(TextNode, node);
-    }
+    Node* pNode = newChild(TextNode, String(), m_NextIndex++, TreeStorage::noAttributes());
+    accepted = readValue(text, pNode->m_Name);
   }
   m_Text.clear();
   return accepted;

@@ -10,10 +10,11 @@
 #include <memory>
 #include <string>
 #include <string_view>
-#include <unordered_map>
 #include <vector>
 
 #include "DocumentTree.h"
+#include "StringPool.h"
+#include "ValueCache.h"
 #include "host/String.h"
 
 struct TreeOptions {
@@ -48,31 +49,27 @@ class TreeBuilder {
     size_t m_FirstChild;  // index of its first child in m_Children
   };
 
-  // Decodes UTF-8 text; when i_Share is set the result is shared with every equal string
-  // of the document that was shared before.
-  bool read(std::string_view i_Bytes, bool i_Share, String& o_Text);
+  // Decodes UTF-8 text into a string of its own.
+  bool decode(std::string_view i_Bytes, String& o_Text);
   bool readName(const char* i_Name, String& o_Name);
+  // o_Value is where the tree keeps the value: later equal values may share it from there.
   bool readValue(std::string_view i_Bytes, String& o_Value);
   StringMap* attributes(const char** i_Attributes, int32_t i_Count, int32_t i_FirstNumber);
   // Whether comments and processing instructions are dropped here.
   bool skips() const;
-  // Appends a node to the innermost open element.
-  void addChild(int i_Type, const String& i_Name);
+  // Appends a new node to the innermost open element.
+  Node* newChild(int i_Type, String i_Name, int32_t i_Index, StringMap* i_pAttributes);
   // Makes the text read since the last node into a text node.
   bool flushText();
-
-  // Sharing values up to 16 bytes took a dense document of short elements from 10.3 to 8.8
-  // times its file size in memory; a catalogue with prose stays near 5 times.
-  static constexpr size_t SHARED_VALUE_BYTES = 16;
 
   TreeOptions m_Options;
   std::unique_ptr<TreeStorage> m_pStorage;
   std::unique_ptr<DocumentRoot> m_pRoot;
   std::vector<OpenElement> m_OpenElements;
-  std::vector<Node*> m_Children;  // children of the open elements, innermost last
-  std::unordered_map<std::string, String> m_Shared;  // by UTF-8 bytes
-  std::vector<String> m_AttributeStrings;            // names then values of the element being read
-  std::string m_Text;                                // UTF-8 text since the last node
+  std::vector<Node*> m_Children;           // children of the open elements, innermost last
+  StringPool m_Names;                      // every name of the document, shared
+  ValueCache m_RecentValues;               // short values, shared while they recur
+  std::string m_Text;                      // UTF-8 text since the last node
   std::wstring m_Decoded;
   int32_t m_NextIndex;
   String m_Failure;

@@ -1,0 +1,40 @@
+// The strings of one document that are shared: equal UTF-8 bytes read twice give the same
+// String, so the tree holds one buffer for all of them.
+//
+// An open-addressing table with linear probing; it keeps a copy of every key, and rehashing
+// moves entries without touching the keys' bytes.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "host/String.h"
+
+class StringPool {
+ public:
+  StringPool();
+
+  // The pooled string of the bytes: empty the first time they are seen, and then whatever the
+  // caller stored in it, which it keeps until the pool goes.
+  String& entry(std::string_view i_Bytes);
+
+ private:
+  struct Entry {
+    size_t m_Hash;  // 0 for a free slot
+    uint32_t m_KeyOffset;
+    uint32_t m_KeyLength;
+    String m_Text;
+  };
+
+  std::string_view keyOf(const Entry& i_Entry) const;
+  // The slot of the hash's entry, or the free slot where it belongs.
+  size_t slotOf(size_t i_Hash, std::string_view i_Bytes) const;
+  void grow();
+
+  std::vector<Entry> m_Entries;  // a power of two of slots, at most half used
+  size_t m_Used;
+  std::string m_Keys;  // the bytes of every key, one after another
+};
