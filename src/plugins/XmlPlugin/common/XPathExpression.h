@@ -31,9 +31,9 @@ class XPathExpression {
   XPathExpression& operator=(const XPathExpression& i_Other);
   virtual ~XPathExpression();
 
-  virtual bool isOperator() const;       // false
-  virtual int getPriority() const;       // 0
-  virtual bool isInfix() const;          // false
+  virtual bool isOperator() const;        // false
+  virtual int getPriority() const;        // 0
+  virtual bool isInfix() const;           // false
   virtual int getArgumentsCount() const;  // 0
   // Only operators evaluate: -102 here.
   virtual TErrorCode evaluate(const std::vector<XPathExpression*>& i_Arguments);

@@ -24,23 +24,40 @@ class XPathLogicalEvaluator {
   static unsigned evaluateLogicalOperation(double a, double b, const String& i_Op);
 
   // Pairwise operations, each (L, R, op), named after the kinds of (R, L).
-  static unsigned evaluateNumberNode(const XPathExpression* L, const XPathExpression* R, const String& op);
-  static unsigned evaluateNodeNumber(const XPathExpression* L, const XPathExpression* R, const String& op);
-  static unsigned evaluateNodeString(const XPathExpression* L, const XPathExpression* R, const String& op);
-  static unsigned evaluateStringNode(const XPathExpression* L, const XPathExpression* R, const String& op);
-  static unsigned evaluateBoolNumber(const XPathExpression* L, const XPathExpression* R, const String& op);
-  static unsigned evaluateStringString(const XPathExpression* L, const XPathExpression* R, const String& op);
-  static unsigned evaluateNodeInf(const XPathExpression* L, const XPathExpression* R, const String& op);
-  static unsigned evaluateNodeNInf(const XPathExpression* L, const XPathExpression* R, const String& op);
-  static unsigned evaluateInfNode(const XPathExpression* L, const XPathExpression* R, const String& op);
-  static unsigned evaluateNInfNode(const XPathExpression* L, const XPathExpression* R, const String& op);
-  static unsigned evaluateNaNNode(const XPathExpression* L, const XPathExpression* R, const String& op);
-  static unsigned evaluateNodeNaN(const XPathExpression* L, const XPathExpression* R, const String& op);
-  static unsigned evaluateNodeNodeOperation(const XPathExpression* L, const XPathExpression* R, const String& op);
-  static unsigned evaluateStringBool(const XPathExpression* L, const XPathExpression* R, const String& op);
-  static unsigned evaluateBoolString(const XPathExpression* L, const XPathExpression* R, const String& op);
-  static unsigned evaluateStringNumber(const XPathExpression* L, const XPathExpression* R, const String& op);
-  static unsigned evaluateNumberString(const XPathExpression* L, const XPathExpression* R, const String& op);
+  static unsigned evaluateNumberNode(const XPathExpression* L, const XPathExpression* R,
+                                     const String& op);
+  static unsigned evaluateNodeNumber(const XPathExpression* L, const XPathExpression* R,
+                                     const String& op);
+  static unsigned evaluateNodeString(const XPathExpression* L, const XPathExpression* R,
+                                     const String& op);
+  static unsigned evaluateStringNode(const XPathExpression* L, const XPathExpression* R,
+                                     const String& op);
+  static unsigned evaluateBoolNumber(const XPathExpression* L, const XPathExpression* R,
+                                     const String& op);
+  static unsigned evaluateStringString(const XPathExpression* L, const XPathExpression* R,
+                                       const String& op);
+  static unsigned evaluateNodeInf(const XPathExpression* L, const XPathExpression* R,
+                                  const String& op);
+  static unsigned evaluateNodeNInf(const XPathExpression* L, const XPathExpression* R,
+                                   const String& op);
+  static unsigned evaluateInfNode(const XPathExpression* L, const XPathExpression* R,
+                                  const String& op);
+  static unsigned evaluateNInfNode(const XPathExpression* L, const XPathExpression* R,
+                                   const String& op);
+  static unsigned evaluateNaNNode(const XPathExpression* L, const XPathExpression* R,
+                                  const String& op);
+  static unsigned evaluateNodeNaN(const XPathExpression* L, const XPathExpression* R,
+                                  const String& op);
+  static unsigned evaluateNodeNodeOperation(const XPathExpression* L, const XPathExpression* R,
+                                            const String& op);
+  static unsigned evaluateStringBool(const XPathExpression* L, const XPathExpression* R,
+                                     const String& op);
+  static unsigned evaluateBoolString(const XPathExpression* L, const XPathExpression* R,
+                                     const String& op);
+  static unsigned evaluateStringNumber(const XPathExpression* L, const XPathExpression* R,
+                                       const String& op);
+  static unsigned evaluateNumberString(const XPathExpression* L, const XPathExpression* R,
+                                       const String& op);
 };
 
 }  // namespace XmlPlugin

@@ -10,8 +10,7 @@ namespace XmlPlugin {
 class XPathNumericLimits {
  public:
   // e1 is the left operand, e2 the right one. NumbType (0) means: compute it yourself.
-  static LimitType evaluate(const XPathExpression* e1, const XPathExpression* e2,
-                            const String& op);
+  static LimitType evaluate(const XPathExpression* e1, const XPathExpression* e2, const String& op);
   static LimitType evaluateMod(const XPathExpression* e1, const XPathExpression* e2);
   static LimitType evaluateDiv(const XPathExpression* e1, const XPathExpression* e2);
   static LimitType evaluateMulti(const XPathExpression* e1, const XPathExpression* e2);
