@@ -23,7 +23,7 @@ class StringMap {
   int32_t m_Count;
 
  private:
+  int32_t m_FirstNumber;  // beside m_Count, so that the two share one word
   const String* m_Names;  // not owned: the tree that holds the map owns the storage
   const String* m_Values;
-  int32_t m_FirstNumber;
 };

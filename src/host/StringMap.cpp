@@ -2,7 +2,7 @@
 
 StringMap::StringMap(const String* i_Names, const String* i_Values, int32_t i_Count,
                      int32_t i_FirstNumber)
-    : m_Count(i_Count), m_Names(i_Names), m_Values(i_Values), m_FirstNumber(i_FirstNumber) {}
+    : m_Count(i_Count), m_FirstNumber(i_FirstNumber), m_Names(i_Names), m_Values(i_Values) {}
 
 StringMap::StringMap() : StringMap(nullptr, nullptr, 0, 0) {}
 

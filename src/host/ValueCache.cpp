@@ -1,7 +1,6 @@
 #include "ValueCache.h"
 
 #include <cstring>
-#include <functional>
 
 namespace {
 
@@ -12,25 +11,34 @@ const size_t MAX_SLOT_COUNT = 16384;
 
 }  // namespace
 
+ValueCache::Key::Key(std::string_view i_Bytes) : m_Words{0, 0}, m_Length(i_Bytes.size()) {
+  std::memcpy(m_Words, i_Bytes.data(), i_Bytes.size());
+}
+
+bool ValueCache::Key::operator==(const Key& i_Other) const {
+  return m_Words[0] == i_Other.m_Words[0] && m_Words[1] == i_Other.m_Words[1] &&
+         m_Length == i_Other.m_Length;
+}
+
+size_t ValueCache::Key::hash() const {
+  // Multiplying spreads every byte into the high bits, which the final shift brings down. A
+  // collision only costs sharing, so the hash need not resist crafted input.
+  const uint64_t mixed =
+      (m_Words[0] * 0x9E3779B97F4A7C15ull) ^ ((m_Words[1] + m_Length) * 0xC2B2AE3D27D4EB4Full);
+  return static_cast<size_t>(mixed ^ (mixed >> 32));
+}
+
 ValueCache::ValueCache()
     : m_Slots(new Slot[FIRST_SLOT_COUNT]()), m_SlotCount(FIRST_SLOT_COUNT), m_Kept(0) {}
 
-const ValueCache::Slot& ValueCache::slotOf(std::string_view i_Bytes) const {
-  return m_Slots[std::hash<std::string_view>()(i_Bytes) & (m_SlotCount - 1)];
-}
-
-ValueCache::Slot& ValueCache::slotOf(std::string_view i_Bytes) {
-  return const_cast<Slot&>(static_cast<const ValueCache*>(this)->slotOf(i_Bytes));
+ValueCache::Slot& ValueCache::slotOf(const Key& i_Key) const {
+  return m_Slots[i_Key.hash() & (m_SlotCount - 1)];
 }
 
 const String* ValueCache::find(std::string_view i_Bytes) const {
-  const Slot& slot = slotOf(i_Bytes);
-  // Only the slot's own bytes are read: a miss touches no string buffer.
-  if (slot.m_Length == 0 || slot.m_Length != i_Bytes.size() ||
-      std::memcmp(slot.m_Bytes, i_Bytes.data(), i_Bytes.size()) != 0) {
-    return nullptr;
-  }
-  return slot.m_pText;
+  const Key key(i_Bytes);
+  const Slot& slot = slotOf(key);
+  return slot.m_Key == key ? slot.m_pText : nullptr;
 }
 
 void ValueCache::keep(std::string_view i_Bytes, const String& i_Text) {
@@ -38,10 +46,10 @@ void ValueCache::keep(std::string_view i_Bytes, const String& i_Text) {
   if (2 * ++m_Kept > m_SlotCount && m_SlotCount < MAX_SLOT_COUNT) {
     grow();
   }
-  Slot& slot = slotOf(i_Bytes);
+  const Key key(i_Bytes);
+  Slot& slot = slotOf(key);
+  slot.m_Key = key;
   slot.m_pText = &i_Text;
-  slot.m_Length = static_cast<uint8_t>(i_Bytes.size());
-  std::memcpy(slot.m_Bytes, i_Bytes.data(), i_Bytes.size());
 }
 
 void ValueCache::grow() {
@@ -51,8 +59,8 @@ void ValueCache::grow() {
   m_SlotCount *= 4;
   m_Kept = 0;
   for (size_t i = 0; i < oldCount; ++i) {
-    if (pOld[i].m_Length != 0) {
-      slotOf(std::string_view(pOld[i].m_Bytes, pOld[i].m_Length)) = pOld[i];
+    if (pOld[i].m_Key.m_Length != 0) {
+      slotOf(pOld[i].m_Key) = pOld[i];
     }
   }
 }

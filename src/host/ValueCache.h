@@ -31,14 +31,22 @@ class ValueCache {
   void keep(std::string_view i_Bytes, const String& i_Text);
 
  private:
+  // A value's bytes, zero-padded into two words, and their count: compared without a call.
+  struct Key {
+    uint64_t m_Words[2];
+    size_t m_Length;  // 0 for a free slot
+
+    explicit Key(std::string_view i_Bytes);
+    Key() : m_Words{0, 0}, m_Length(0) {}
+    bool operator==(const Key& i_Other) const;
+    size_t hash() const;
+  };
   struct Slot {
-    const String* m_pText;
-    uint8_t m_Length = 0;  // bytes of the value; 0 for a free slot
-    char m_Bytes[MAX_BYTES];
+    Key m_Key;
+    const String* m_pText = nullptr;
   };
 
-  Slot& slotOf(std::string_view i_Bytes);
-  const Slot& slotOf(std::string_view i_Bytes) const;
+  Slot& slotOf(const Key& i_Key) const;
   void grow();
 
   std::unique_ptr<Slot[]> m_Slots;
