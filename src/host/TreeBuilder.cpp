@@ -7,7 +7,23 @@
 
 namespace {
 
-const char* const XML_SPACE = " \t\r\n";
+// A plain test rather than a search of a set: it runs once per character of every text.
+bool isXmlSpace(char i_Char) {
+  return i_Char == ' ' || i_Char == '\n' || i_Char == '\t' || i_Char == '\r';
+}
+
+// The text without the white space around it; empty when it is all white space.
+std::string_view trimmed(std::string_view i_Text) {
+  size_t begin = 0;
+  size_t end = i_Text.size();
+  while (begin < end && isXmlSpace(i_Text[begin])) {
+    ++begin;
+  }
+  while (end > begin && isXmlSpace(i_Text[end - 1])) {
+    --end;
+  }
+  return i_Text.substr(begin, end - begin);
+}
 
 int32_t countAttributes(const char** i_Attributes) {
   int32_t count = 0;
@@ -194,17 +210,11 @@ bool TreeBuilder::flushText() {
   if (m_Text.empty()) {
     return true;
   }
-  std::string_view text(m_Text);
-  const size_t first = text.find_first_not_of(XML_SPACE);
-  const bool isBlank = first == std::string_view::npos;
+  const std::string_view inner = trimmed(m_Text);
   bool accepted = true;
-  if (!isBlank || m_Options.m_KeepBlankText) {
-    if (m_Options.m_TrimText) {
-      text = isBlank ? std::string_view()
-                     : text.substr(first, text.find_last_not_of(XML_SPACE) - first + 1);
-    }
+  if (!inner.empty() || m_Options.m_KeepBlankText) {
     Node* pNode = newChild(TextNode, String(), m_NextIndex++, TreeStorage::noAttributes());
-    accepted = readValue(text, pNode->m_Name);
+    accepted = readValue(m_Options.m_TrimText ? inner : std::string_view(m_Text), pNode->m_Name);
   }
   m_Text.clear();
   return accepted;

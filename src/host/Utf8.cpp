@@ -11,13 +11,9 @@ bool isScalarValue(uint32_t i_Code) {
   return i_Code <= 0x10FFFF && (i_Code < 0xD800 || i_Code > 0xDFFF);
 }
 
-// Length of the sequence that starts with i_Lead and the smallest code point it may hold;
-// 0 for a byte that cannot start a sequence.
+// Length of the multi-byte sequence that starts with i_Lead and the smallest code point it
+// may hold; 0 for a byte that cannot start one.
 int sequenceLength(unsigned char i_Lead, uint32_t& o_Minimum) {
-  if (i_Lead < 0x80) {
-    o_Minimum = 0;
-    return 1;
-  }
   if ((i_Lead & 0xE0) == 0xC0) {
     o_Minimum = 0x80;
     return 2;
@@ -37,18 +33,26 @@ int sequenceLength(unsigned char i_Lead, uint32_t& o_Minimum) {
 
 bool appendDecoded(const char* i_Bytes, size_t i_Size, std::wstring& io_Text) {
   const unsigned char* pBytes = reinterpret_cast<const unsigned char*>(i_Bytes);
+  // Written in place: no sequence gives more characters than it has bytes.
+  const size_t start = io_Text.size();
+  io_Text.resize(start + i_Size);
+  wchar_t* pOut = &io_Text[start];
   bool valid = true;
   size_t position = 0;
   while (position < i_Size) {
+    if (pBytes[position] < 0x80) {
+      *pOut++ = static_cast<wchar_t>(pBytes[position++]);
+      continue;
+    }
     uint32_t minimum = 0;
     const int length = sequenceLength(pBytes[position], minimum);
     if (length == 0 || position + length > i_Size) {
-      io_Text.push_back(REPLACEMENT);
+      *pOut++ = REPLACEMENT;
       valid = false;
       ++position;
       continue;
     }
-    uint32_t code = length == 1 ? pBytes[position] : pBytes[position] & (0x7F >> length);
+    uint32_t code = pBytes[position] & (0x7F >> length);
     int continuation = 1;
     for (; continuation < length; ++continuation) {
       const unsigned char byte = pBytes[position + continuation];
@@ -58,14 +62,15 @@ bool appendDecoded(const char* i_Bytes, size_t i_Size, std::wstring& io_Text) {
       code = (code << 6) | (byte & 0x3F);
     }
     if (continuation < length || code < minimum || !isScalarValue(code)) {
-      io_Text.push_back(REPLACEMENT);
+      *pOut++ = REPLACEMENT;
       valid = false;
       position += continuation;
       continue;
     }
-    io_Text.push_back(static_cast<wchar_t>(code));
+    *pOut++ = static_cast<wchar_t>(code);
     position += length;
   }
+  io_Text.resize(static_cast<size_t>(pOut - io_Text.data()));
   return valid;
 }
 
