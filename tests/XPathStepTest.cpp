@@ -185,3 +185,37 @@ TEST(XPathStepTest, WithoutPredicatesNothingIsMarkedOrFiltered) {
   EXPECT_EQ(pStep->filterNodes(candidates), 0);
   EXPECT_EQ(candidates.size(), 2u);
 }
+
+TEST(XPathStepTest, PredicatesMarkAndFilter) {
+  std::unique_ptr<Node> pTree = parseXml("<r><b id='1'/><c/><b/></r>");
+  ASSERT_NE(pTree, nullptr);
+  const std::string unsupported = std::to_string(XML_PLUGIN_ERROR_XPATH_UNSUPPORTED_EXPRESSION);
+  const struct {
+    const char* m_Step;
+    std::string m_Expected;  // "code|mark per candidate (x: marked)|names kept"
+  } rows[] = {
+      {"b[@id]", "0|-xx|b"},
+      {"*[2]", "0|x-x|c"},
+      {"b[@none][1]", "0|xxx|"},
+      // "[]" fails also once no candidate is left; here it hides in a literal.
+      {"b[@none][@x='[]']", unsupported + "|xxx|"},
+      {"b[@id][]", unsupported + "|-xx|b"},
+  };
+  for (const auto& row : rows) {
+    std::list<Node*> candidates;
+    XPathStep::getChildrenXmlNodes(pTree.get(), candidates);
+    std::unique_ptr<XPathStep> pStep = makeStep(row.m_Step, mid);
+    std::vector<MarkedNode> marked;
+    const TErrorCode result = pStep->markFilteredNodes(candidates, marked);
+    std::string text = std::to_string(result) + "|";
+    for (const MarkedNode& candidate : marked) {
+      text += candidate.m_Marked ? "x" : "-";
+    }
+    text += "|";
+    EXPECT_EQ(pStep->filterNodes(candidates), result) << row.m_Step;
+    for (const Node* pNode : candidates) {
+      text += pNode->m_Name.toNarrow();
+    }
+    EXPECT_EQ(text, row.m_Expected) << row.m_Step;
+  }
+}

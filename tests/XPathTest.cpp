@@ -71,6 +71,9 @@ TEST(XPathTest, ChildPathsAndLeaves) {
                  {"a/b/@missing", "0|"},
                  {"a/b/i", "0|i="},
                  {"a/foo::c", "0|c=two"},
+                 // The first step's verdict stops only its own output, not its children's.
+                 {"a[@x]", "0|"},
+                 {"a[@x]/c", "0|c=two"},
              });
 }
 

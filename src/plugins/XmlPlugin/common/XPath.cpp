@@ -80,16 +80,20 @@ class NestingGuard {
                        << ", steps " << t_Load.m_Steps;
 }
 
-// Counts one more node tried against a step; false (and the evaluation refused) past the
-// bounds.
-bool admitStep() {
+// Counts i_Cost more tries; false (and the evaluation refused) past the bounds.
+bool admit(unsigned long i_Cost) {
   if (t_Load.m_Refused || t_Load.m_Nesting >= XPATH_MAX_STEP_NESTING ||
-      t_Load.m_Steps >= XPATH_MAX_STEP_EVALUATIONS) {
+      t_Load.m_Steps + i_Cost > XPATH_MAX_STEP_EVALUATIONS) {
     refuseLoad();
     return false;
   }
-  ++t_Load.m_Steps;
+  t_Load.m_Steps += i_Cost;
   return true;
+}
+
+// Counts one more node tried against a step.
+bool admitStep() {
+  return admit(1);
 }
 
 [[gnu::noinline]] void traceNoChildren(const XPathStep& i_Step) {
@@ -157,6 +161,10 @@ bool outputsAfterMatch(StepAxis i_Axis, bool i_absoluteDeepSearch) {
 }
 
 }  // namespace
+
+bool admitEvaluationWork(unsigned long i_Cost) {
+  return t_Load.m_pChildren == nullptr || admit(i_Cost);
+}
 
 size_t XPathChildIndex::KeyHash::operator()(const Key& i_Key) const {
   return hashText(i_Key.second) * 31u + std::hash<const Node*>()(i_Key.first);

@@ -11,9 +11,9 @@ namespace XmlPlugin {
 
 class XPathOutputElement {
  public:
-  String m_NodeText;   // the text the item stands for as a node; empty for computed items
-  String m_Value;      // the item's string result (attribute value, text, computed value)
-  int32_t m_Index = 0;  // document-order number of what the item stands for
+  String m_NodeText;       // the text the item stands for as a node; empty for computed items
+  String m_Value;          // the item's string result (attribute value, text, computed value)
+  int32_t m_Index = 0;     // document-order number of what the item stands for
   Node* m_Node = nullptr;  // the element the item belongs to; null for computed items
 
   // The string the host receives for this item: the node text for an item that stands for

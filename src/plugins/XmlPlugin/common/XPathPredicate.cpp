@@ -2,6 +2,7 @@
 
 #include <map>
 
+#include "XPath.h"
 #include "XPathExpressionsParser.h"
 #include "XmlPluginConstants.h"
 #include "host/Trace.h"
@@ -45,12 +46,15 @@ void XPathPredicate::keepAnchored(std::list<Node*>& io_Nodes) const {
 TErrorCode XPathPredicate::fiterNodes(std::list<Node*>& io_Nodes) const {
   Trace trace(Tracer::getInstance(TRACE_COMPONENT), "XPathPredicate::fiterNodes");
   HOST_TRACE(trace, 3) << "m_Expression " << condition();
-  if (m_Close - m_Open < 2) {
+  if (!hasCondition()) {
     HOST_TRACE(trace, 1) << "XML_PLUGIN_ERROR_XPATH_UNSUPPORTED_EXPRESSION";
     return XML_PLUGIN_ERROR_XPATH_UNSUPPORTED_EXPRESSION;
   }
   HOST_TRACE(trace, 3) << "io_Nodes.size() = " << static_cast<unsigned long>(io_Nodes.size());
   if (m_AnchoredPosition > 0) {
+    if (!io_Nodes.empty() && !admitEvaluationWork(1)) {
+      return XML_PLUGIN_ERROR_XPATH_UNSUPPORTED_EXPRESSION;
+    }
     keepAnchored(io_Nodes);
     return 0;
   }
@@ -93,6 +97,10 @@ TErrorCode XPathPredicate::judge(const String& i_Condition, Node* i_pCandidate,
   HOST_TRACE(trace, 3) << "Node to check = " << i_pCandidate->m_Name
                        << " root position = " << i_RootPosition;
   o_Keep = false;
+  if (!admitEvaluationWork(XPATH_PREDICATE_EVALUATION_COST +
+                           i_Condition.length() / XPATH_PREDICATE_CHARACTERS_PER_COST)) {
+    return XML_PLUGIN_ERROR_XPATH_UNSUPPORTED_EXPRESSION;
+  }
   XPathExpressionsParser parser(i_Condition);
   parser.setSiblings(&i_Candidates);
   parser.setRootPosition(i_RootPosition);

@@ -27,6 +27,9 @@ class XPathPredicate {
   // XML_PLUGIN_ERROR_XPATH_UNSUPPORTED_EXPRESSION for an empty predicate, list unchanged.
   TErrorCode fiterNodes(std::list<Node*>& io_Nodes) const;
 
+  // False for "[]", which fails whatever the candidates.
+  bool hasCondition() const { return m_Close - m_Open >= 2; }
+
   // The predicate text with its brackets.
   String getExpression() const { return m_pText->substring(m_Open, m_Close); }
 

@@ -96,7 +96,13 @@ XPathStep::XPathStep(StepType i_StepType, const String& i_Name, StepAxis i_Axis,
     : m_Predicates(std::move(i_Predicates)),
       m_Name(i_Name),
       m_StepType(i_StepType),
-      m_Axis(i_Axis) {}
+      m_Axis(i_Axis) {
+  for (size_t index = 0; index < m_Predicates.size(); ++index) {
+    if (!m_Predicates[index]->hasCondition()) {
+      m_LastPredicateWithoutText = static_cast<long>(index);
+    }
+  }
+}
 
 XPathStep::~XPathStep() {}
 
@@ -233,8 +239,14 @@ TErrorCode XPathStep::filterNodes(std::list<Node*>& io_Nodes) const {
     return 0;
   }
   io_Nodes.remove_if([this](const Node* i_pNode) { return stepMatching(i_pNode) == 0; });
-  for (const std::unique_ptr<XPathPredicate>& pPredicate : m_Predicates) {
-    if (pPredicate->fiterNodes(io_Nodes) != 0) {
+  for (size_t index = 0; index < m_Predicates.size(); ++index) {
+    if (io_Nodes.empty()) {
+      // On no candidates only a predicate without text fails; the others need no call each.
+      return m_LastPredicateWithoutText >= static_cast<long>(index)
+                 ? XML_PLUGIN_ERROR_XPATH_UNSUPPORTED_EXPRESSION
+                 : 0;
+    }
+    if (m_Predicates[index]->fiterNodes(io_Nodes) != 0) {
       return XML_PLUGIN_ERROR_XPATH_UNSUPPORTED_EXPRESSION;
     }
   }

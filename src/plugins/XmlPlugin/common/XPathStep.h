@@ -145,6 +145,7 @@ class XPathStep {
   StepType m_StepType;
   StepAxis m_Axis;
   bool m_AbsoluteDeepSearch = false;
+  long m_LastPredicateWithoutText = -1;  // the index of the last "[]", -1 without one
 };
 
 // The first step of a path.
