@@ -203,6 +203,28 @@ TEST(NodeReader, OptionsKeepBlankTextTrimAndSkipComments) {
   EXPECT_EQ(L"r#0(''#1 a#2('t'#3))", dump(sink.m_Tree.get()));
 }
 
+TEST(NodeReader, RecurringShortValuesAreSharedAmongManyDistinctOnes) {
+  std::string xml = "<r>";
+  for (int i = 0; i < 3000; ++i) {
+    xml += "<e n='" + std::to_string(i) + "' l='en'>" + std::to_string(i % 7) + "</e>";
+  }
+  std::unique_ptr<Node> pTree = parseXml(xml + "</r>");
+  ASSERT_NE(nullptr, pTree);
+  const std::vector<Node*> elements = TestXml::children(pTree.get());
+  ASSERT_EQ(3000u, elements.size());
+  std::vector<String> languages;
+  for (int i = 0; i < 3000; ++i) {
+    String number, language, order;
+    ASSERT_EQ(0, elements[i]->m_Attributes->getEntry(String(L"n"), number, order));
+    ASSERT_EQ(0, elements[i]->m_Attributes->getEntry(String(L"l"), language, order));
+    EXPECT_EQ(std::to_wstring(i), number.toWide());
+    EXPECT_EQ(L"en", language.toWide());
+    EXPECT_EQ(std::to_wstring(i % 7), elementText(elements[i]).toWide()) << i;
+    languages.push_back(language);
+  }
+  EXPECT_EQ(languages[0].c_str(), languages[1].c_str()) << "a recurring value is shared";
+}
+
 TEST(NodeReader, TreesAreCompact) {
   std::unique_ptr<Node> pTree = parseXml("<r><x/><x a='1'>t</x></r>");
   ASSERT_NE(nullptr, pTree);
