@@ -192,6 +192,7 @@ TEST(XPathLogicalEvaluatorTest, TraceTexts) {
       {L"'a' != 'b'", L"INEQ returns 1"},
       {L"'1' < '2'", L"Both string arguments are number"},
       {L"true() < 'abc'", L"string is NaN so result is false"},
+      {L"true() < 'abc'", L"number evaluation"},
       {L"true() = 'abc'", L"boolean evaluation"},
       {L"5 and 'abc'", L"boolean evauation"},
       {L"5 = '5'", L"number evauation"},

@@ -312,10 +312,12 @@ unsigned notANumber(const char* i_Function) {
 // How a string meets a boolean or a number: truth values for "and" and "or" (and for "="
 // and "!=" too when m_EqualityAsBoolean), numbers otherwise; a string that is not numeric
 // answers false. m_Exchanged compares Num(R) with Num(L) instead of Num(L) with Num(R).
+// m_NumberTextFirst traces m_NumberText before the string is tested, not with the numbers.
 struct MixedComparison {
   const char* m_Function;
   bool m_EqualityAsBoolean;
   bool m_Exchanged;
+  bool m_NumberTextFirst;
   const char* m_BooleanText;
   const char* m_NumberText;
 
@@ -326,12 +328,17 @@ struct MixedComparison {
       HOST_TRACE(trace, 3) << m_BooleanText;
       return XPathLogicalEvaluator::evaluateLogicalOperation(boolNumber(L), boolNumber(R), op);
     }
+    if (m_NumberTextFirst) {
+      HOST_TRACE(trace, 3) << m_NumberText;
+    }
     double left = 0.0;
     double right = 0.0;
     if (!readNumber(L, left) || !readNumber(R, right)) {
       return notANumber(m_Function);
     }
-    HOST_TRACE(trace, 3) << m_NumberText << ". Numb1 = " << left << " Numb2 = " << right;
+    if (!m_NumberTextFirst) {
+      HOST_TRACE(trace, 3) << m_NumberText << ". Numb1 = " << left << " Numb2 = " << right;
+    }
     return m_Exchanged ? XPathLogicalEvaluator::evaluateLogicalOperation(right, left, op)
                        : XPathLogicalEvaluator::evaluateLogicalOperation(left, right, op);
   }
@@ -582,29 +589,45 @@ unsigned XPathLogicalEvaluator::evaluateNodeNodeOperation(const XPathExpression*
 unsigned XPathLogicalEvaluator::evaluateStringBool(const XPathExpression* L,
                                                    const XPathExpression* R, const String& op) {
   // Deliberately compares Num(R) with Num(L), the reverse of the other operations.
-  const MixedComparison comparison = {"XPathLogicalEvaluator::evaluateStringBool", true, true,
-                                      "boolean evaluation", "number evaluation"};
+  const MixedComparison comparison = {"XPathLogicalEvaluator::evaluateStringBool",
+                                      true,
+                                      true,
+                                      true,
+                                      "boolean evaluation",
+                                      "number evaluation"};
   return comparison.compare(L, R, op);
 }
 
 unsigned XPathLogicalEvaluator::evaluateBoolString(const XPathExpression* L,
                                                    const XPathExpression* R, const String& op) {
-  const MixedComparison comparison = {"XPathLogicalEvaluator::evaluateBoolString", true, false,
-                                      "boolean evaluation", "number evaluation"};
+  const MixedComparison comparison = {"XPathLogicalEvaluator::evaluateBoolString",
+                                      true,
+                                      false,
+                                      false,
+                                      "boolean evaluation",
+                                      "number evaluation"};
   return comparison.compare(L, R, op);
 }
 
 unsigned XPathLogicalEvaluator::evaluateStringNumber(const XPathExpression* L,
                                                      const XPathExpression* R, const String& op) {
-  const MixedComparison comparison = {"XPathLogicalEvaluator::evaluateStringNumber", false, false,
-                                      "boolean evauation", "number evauation"};
+  const MixedComparison comparison = {"XPathLogicalEvaluator::evaluateStringNumber",
+                                      false,
+                                      false,
+                                      false,
+                                      "boolean evauation",
+                                      "number evauation"};
   return comparison.compare(L, R, op);
 }
 
 unsigned XPathLogicalEvaluator::evaluateNumberString(const XPathExpression* L,
                                                      const XPathExpression* R, const String& op) {
-  const MixedComparison comparison = {"XPathLogicalEvaluator::evaluateNumberString", false, false,
-                                      "boolean evauation", "number evauation"};
+  const MixedComparison comparison = {"XPathLogicalEvaluator::evaluateNumberString",
+                                      false,
+                                      false,
+                                      false,
+                                      "boolean evauation",
+                                      "number evauation"};
   return comparison.compare(L, R, op);
 }
 
