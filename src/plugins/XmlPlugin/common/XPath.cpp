@@ -101,20 +101,6 @@ bool admitStep() {
   HOST_TRACE(trace, 1) << "Unable to get descendants from node [" << i_Step.getName() << "]";
 }
 
-// Sorts by ascending number; of the items sharing a number the first in the vector stays.
-void sortByDocumentOrder(XPathOutputElements& io_Items) {
-  std::stable_sort(io_Items.begin(), io_Items.end(), cmp());
-  XPathOutputElements::iterator kept = io_Items.begin();
-  for (XPathOutputElement* pItem : io_Items) {
-    if (kept != io_Items.begin() && (*(kept - 1))->m_Index == pItem->m_Index) {
-      delete pItem;
-    } else {
-      *kept++ = pItem;
-    }
-  }
-  io_Items.erase(kept, io_Items.end());
-}
-
 // The position of i_pChild among all children of i_pParent, whatever their kind.
 size_t childPosition(const Node* i_pParent, const Node* i_pChild) {
   const NodeList* pChildren = nullptr;
@@ -266,7 +252,8 @@ TErrorCode XPath::getValues(XPathOutputElements& o_Output, Node* i_Root) {
   if (result == 0 && t_Load.m_Refused) {
     result = XML_PLUGIN_ERROR_XPATH_UNSUPPORTED_EXPRESSION;
   }
-  sortByDocumentOrder(o_Output);
+  // The collector kept one item per number: the first made.
+  std::sort(o_Output.begin(), o_Output.end(), cmp());
   if (result != 0) {
     deleteOutputElements(o_Output);
   }

@@ -67,7 +67,7 @@ const AxisName AXIS_NAMES[] = {
 
 XPathOutputCollector::XPathOutputCollector(XPathOutputElements& io_Items) : m_Items(io_Items) {
   for (const XPathOutputElement* pItem : m_Items) {
-    m_Keys.insert(keyOf(*pItem));
+    m_Numbers.insert(pItem->m_Index);
   }
 }
 
@@ -75,19 +75,10 @@ size_t hashText(const String& i_Text) {
   return std::hash<std::wstring_view>()(std::wstring_view(i_Text.c_str(), i_Text.length()));
 }
 
-size_t XPathOutputCollector::KeyHash::operator()(const Key& i_Key) const {
-  return hashText(i_Key.second) * 31u + std::hash<int32_t>()(i_Key.first);
-}
-
-void XPathOutputCollector::append(std::unique_ptr<XPathOutputElement> i_pItem) {
-  m_Keys.insert(keyOf(*i_pItem));
-  m_Items.push_back(i_pItem.get());
-  i_pItem.release();
-}
-
-void XPathOutputCollector::appendUnique(std::unique_ptr<XPathOutputElement> i_pItem) {
-  if (m_Keys.count(keyOf(*i_pItem)) == 0) {
-    append(std::move(i_pItem));
+void XPathOutputCollector::add(std::unique_ptr<XPathOutputElement> i_pItem) {
+  if (m_Numbers.insert(i_pItem->m_Index).second) {
+    m_Items.push_back(i_pItem.get());
+    i_pItem.release();
   }
 }
 
@@ -289,7 +280,7 @@ TErrorCode XPathLeafStep::evaluateNode(Node* i_Node, XPathOutputCollector& io_Ou
 
 TErrorCode XPathLeafStep::addElement(std::unique_ptr<XPathOutputElement> i_pItem,
                                      XPathOutputCollector& io_Output) {
-  io_Output.appendUnique(std::move(i_pItem));
+  io_Output.add(std::move(i_pItem));
   return 0;
 }
 
@@ -320,7 +311,7 @@ TErrorCode XPathLeafStep::evaluateAttributes(Node* i_Node, XPathOutputCollector&
     String name;
     String value;
     pAttributes->getEntry(entry, name, value);
-    io_Output.append(makeItem(value, value, i_Node->m_Index + entry, i_Node));
+    io_Output.add(makeItem(value, value, i_Node->m_Index + entry, i_Node));
   }
   return 0;
 }
@@ -339,7 +330,7 @@ TErrorCode XPathLeafStep::evaluateAttribute(Node* i_Node, XPathOutputCollector& 
     return result;
   }
   const int32_t index = static_cast<int32_t>(i_wcstol(number.c_str(), nullptr, 10));
-  io_Output.append(makeItem(value, value, index, i_Node));
+  io_Output.add(makeItem(value, value, index, i_Node));
   return 0;
 }
 

@@ -46,9 +46,12 @@ typedef std::vector<std::unique_ptr<XPathPredicate>> XPathPredicates;
 // A hash of the characters of a string, for indexes keyed by names and texts.
 size_t hashText(const String& i_Text);
 
-// The items one evaluation produces, kept in an owning vector, with an index that finds an
-// item equal to a new one (same number, same node text) without scanning the vector. While
-// the collector lives, items reach the vector only through it.
+// The items one evaluation produces, kept in an owning vector. The result keeps, of the
+// items sharing a document-order number, only the first made, so the collector keeps just
+// that one: which later items would have been added meanwhile (attribute items always,
+// others unless one with the same number and text is there) changes nothing in the result,
+// and the items stay as many as the document has numbers. While the collector lives, items
+// reach the vector only through it.
 class XPathOutputCollector {
  public:
   // Borrows io_Items and indexes what it already holds.
@@ -56,23 +59,14 @@ class XPathOutputCollector {
   XPathOutputCollector(const XPathOutputCollector&) = delete;
   XPathOutputCollector& operator=(const XPathOutputCollector&) = delete;
 
-  void append(std::unique_ptr<XPathOutputElement> i_pItem);
-  // Appends the item unless an equal one is already there; a refused item is deleted.
-  void appendUnique(std::unique_ptr<XPathOutputElement> i_pItem);
+  // Appends the item unless one with its number is there; a refused item is deleted.
+  void add(std::unique_ptr<XPathOutputElement> i_pItem);
 
   const XPathOutputElements& items() const { return m_Items; }
 
  private:
-  typedef std::pair<int32_t, String> Key;
-  struct KeyHash {
-    size_t operator()(const Key& i_Key) const;
-  };
-  static Key keyOf(const XPathOutputElement& i_Item) {
-    return Key(i_Item.m_Index, i_Item.m_NodeText);
-  }
-
   XPathOutputElements& m_Items;
-  std::unordered_set<Key, KeyHash> m_Keys;
+  std::unordered_set<int32_t> m_Numbers;
 };
 
 // One step of a location path. A step is immutable once built, so one object serves every
@@ -176,10 +170,9 @@ class XPathLeafStep : public XPathStep {
   // - "@*": every attribute, numbered from the element's number on;
   // - "@name": that attribute with the number the lookup reports
   //   (XML_PLUGIN_ERROR_XPATH_NOT_FOUND when it is absent).
-  // Attribute items are appended without the duplicate check of addElement.
   TErrorCode evaluateNode(Node* i_Node, XPathOutputCollector& io_Output) const override;
 
-  // Appends the item unless one with the same number and node text is there; returns 0.
+  // Adds the item to the output (see XPathOutputCollector); returns 0.
   static TErrorCode addElement(std::unique_ptr<XPathOutputElement> i_pItem,
                                XPathOutputCollector& io_Output);
 
