@@ -1,11 +1,15 @@
 #include "StringPool.h"
 
+#include <cstdint>
 #include <functional>
 #include <utility>
 
 namespace {
 
 const size_t FIRST_SLOT_COUNT = 64;
+// At most half the slots are used, so an honest search rarely looks at more than a few.
+const size_t MAX_PROBES = 64;
+const size_t NO_SLOT = SIZE_MAX;
 
 }  // namespace
 
@@ -18,23 +22,30 @@ std::string_view StringPool::keyOf(const Entry& i_Entry) const {
 size_t StringPool::slotOf(size_t i_Hash, std::string_view i_Bytes) const {
   const size_t mask = m_Entries.size() - 1;
   size_t slot = i_Hash & mask;
-  while (m_Entries[slot].m_Hash != 0 &&
-         (m_Entries[slot].m_Hash != i_Hash || keyOf(m_Entries[slot]) != i_Bytes)) {
+  for (size_t probes = 0; probes <= MAX_PROBES; ++probes) {
+    const Entry& candidate = m_Entries[slot];
+    if (candidate.m_Hash == 0 || (candidate.m_Hash == i_Hash && keyOf(candidate) == i_Bytes)) {
+      return slot;
+    }
     slot = (slot + 1) & mask;
   }
-  return slot;
+  return NO_SLOT;
 }
 
 String& StringPool::entry(std::string_view i_Bytes) {
   // Zero marks a free slot, so no key hashes to it.
   const size_t hash = std::hash<std::string_view>()(i_Bytes) | 1;
   size_t slot = slotOf(hash, i_Bytes);
-  if (m_Entries[slot].m_Hash != 0) {
+  if (slot != NO_SLOT && m_Entries[slot].m_Hash != 0) {
     return m_Entries[slot].m_Text;
   }
   if (2 * (m_Used + 1) > m_Entries.size()) {
     grow();
     slot = slotOf(hash, i_Bytes);
+  }
+  if (slot == NO_SLOT) {
+    m_Unpooled = String();
+    return m_Unpooled;
   }
   Entry& added = m_Entries[slot];
   added.m_Hash = hash;

@@ -2,7 +2,8 @@
 // String, so the tree holds one buffer for all of them.
 //
 // An open-addressing table with linear probing; it keeps a copy of every key, and rehashing
-// moves entries without touching the keys' bytes.
+// moves entries without touching the keys' bytes. A search gives up after a bounded number of
+// slots, so names crafted to collide cost a bounded time each and are just not shared.
 #pragma once
 
 #include <cstddef>
@@ -18,7 +19,8 @@ class StringPool {
   StringPool();
 
   // The pooled string of the bytes: empty the first time they are seen, and then whatever the
-  // caller stored in it, which it keeps until the pool goes.
+  // caller stored in it, which it keeps until the pool goes. Where the search gives up, an
+  // empty string of no entry, valid until the next call.
   String& entry(std::string_view i_Bytes);
 
  private:
@@ -30,11 +32,13 @@ class StringPool {
   };
 
   std::string_view keyOf(const Entry& i_Entry) const;
-  // The slot of the hash's entry, or the free slot where it belongs.
+  // The slot of the hash's entry, or the free slot where it belongs; NO_SLOT when neither is
+  // found within MAX_PROBES slots.
   size_t slotOf(size_t i_Hash, std::string_view i_Bytes) const;
   void grow();
 
   std::vector<Entry> m_Entries;  // a power of two of slots, at most half used
   size_t m_Used;
   std::string m_Keys;  // the bytes of every key, one after another
+  String m_Unpooled;   // handed out where the search gave up
 };
