@@ -218,6 +218,9 @@ TEST(XPathFunctionTest, OperatorsAskTheSpecialNumberRulesFirst) {
       {L"mod", {L"5.5", L"2"}, "number:1"},
       {L"mod", {L"-5", L"2"}, "number:-1"},
       {L"mod", {L"-1e300", L"-1"}, "number:0"},
+      // Overflow becomes the special number, not an IEEE infinity.
+      {L"*", {L"10000000000000000000" + std::wstring(289, L'0'), L"10"}, "number:Infinity"},
+      {L"*", {L"-10000000000000000000" + std::wstring(289, L'0'), L"10"}, "number:-Infinity"},
       {L"+", {L"'3'", L"{4,x}"}, "number:7"},
       {L"=", {L"1", L"1"}, "boolean:true"},
       {L"<", {L"2", L"1"}, "boolean:false"},

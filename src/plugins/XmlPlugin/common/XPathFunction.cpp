@@ -230,6 +230,13 @@ void XPathFunction::createOutputExpression(const String& i_Value) {
 }
 
 void XPathFunction::createOutputExpression(double i_Value, LimitType i_Kind, bool i_NegativeZero) {
+  // Special numbers live in the kind, never in the double: a computation that overflowed
+  // (huge literals multiplied) becomes the kind it stands for, with the value 0.0.
+  if (i_Kind == NumbType && !std::isfinite(i_Value)) {
+    i_Kind = std::isnan(i_Value) ? NaN : (i_Value > 0 ? Infinity : NInfinity);
+    i_Value = 0.0;
+    i_NegativeZero = false;
+  }
   std::unique_ptr<XPathExpression> pValue(new XPathArgument(i_Value));
   pValue->setNumbType(i_Kind);
   pValue->setNegativeZero(i_NegativeZero);
