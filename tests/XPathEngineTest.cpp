@@ -1,3 +1,4 @@
+#include "XPath.h"
 #include "XPathEngine.h"
 
 #include <gtest/gtest.h>
@@ -95,11 +96,18 @@ TEST_F(XPathEngineTest, ShapesEachResultType) {
 
 TEST_F(XPathEngineTest, FailureLeavesOutputAsItWas) {
   const std::string missing = m_File + ".missing";
+  // Past the step nesting bound, also where a function hides the path's own code.
+  const std::string tooDeep = "a" + repeated("/.", XPATH_MAX_STEP_NESTING + 1);
+  const std::string countTooDeep = "count(" + tooDeep + ")";
   const struct {
     const char* m_XPath;
     const std::string& m_File;
     TErrorCode m_Code;
-  } rows[] = {{"1 +", m_File, -15105}, {"count()", m_File, -15004}, {"1 + 1", missing, -15103}};
+  } rows[] = {{"1 +", m_File, -15105},
+              {"count()", m_File, -15004},
+              {"1 + 1", missing, -15103},
+              {tooDeep.c_str(), m_File, -15106},
+              {countTooDeep.c_str(), m_File, -15106}};
   for (const auto& row : rows) {
     XPathOutputElements values;
     OutputElementsGuard guard(values);
