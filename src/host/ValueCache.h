@@ -24,7 +24,7 @@ class ValueCache {
 
   ValueCache();
 
-  // The string kept for the bytes, or null.
+  // The string kept for the bytes (1 to MAX_BYTES of them), or null.
   const String* find(std::string_view i_Bytes) const;
   // Points the bytes (1 to MAX_BYTES of them) at i_Text, in place of what shared its slot;
   // i_Text must stay unchanged while the cache is used.
