@@ -216,7 +216,9 @@ TEST(XPathTokenizerTest, HostileInputsEndQuickly) {
   for (size_t index = 0; index < inputs.size(); ++index) {
     const auto begin = std::chrono::steady_clock::now();
     EXPECT_EQ(tokenize(inputs[index]).code, codes[index]) << index;
-    EXPECT_LT(std::chrono::steady_clock::now() - begin, std::chrono::seconds(5)) << index;
+    // Generous for sanitizer builds on a loaded machine; a hang or an exponential blow-up
+    // takes far longer.
+    EXPECT_LT(std::chrono::steady_clock::now() - begin, std::chrono::seconds(30)) << index;
   }
 }
 
