@@ -66,10 +66,10 @@ class TreeBuilder {
   std::unique_ptr<TreeStorage> m_pStorage;
   std::unique_ptr<DocumentRoot> m_pRoot;
   std::vector<OpenElement> m_OpenElements;
-  std::vector<Node*> m_Children;           // children of the open elements, innermost last
-  StringPool m_Names;                      // every name of the document, shared
-  ValueCache m_RecentValues;               // short values, shared while they recur
-  std::string m_Text;                      // UTF-8 text since the last node
+  std::vector<Node*> m_Children;  // children of the open elements, innermost last
+  StringPool m_Names;             // every name of the document, shared
+  ValueCache m_RecentValues;      // short values, shared while they recur
+  std::string m_Text;             // UTF-8 text since the last node
   std::wstring m_Decoded;
   int32_t m_NextIndex;
   String m_Failure;
