@@ -59,13 +59,11 @@ bool TreeBuilder::readValue(std::string_view i_Bytes, String& o_Value) {
   if (i_Bytes.empty() || i_Bytes.size() > ValueCache::MAX_BYTES) {
     return decode(i_Bytes, o_Value);
   }
-  if (const String* pKept = m_RecentValues.find(i_Bytes)) {
+  if (const String* pKept = m_RecentValues.replace(i_Bytes, o_Value)) {
     o_Value = *pKept;
-  } else if (!decode(i_Bytes, o_Value)) {
-    return false;
+    return true;
   }
-  m_RecentValues.keep(i_Bytes, o_Value);
-  return true;
+  return decode(i_Bytes, o_Value);
 }
 
 bool TreeBuilder::readName(const char* i_Name, String& o_Name) {

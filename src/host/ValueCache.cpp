@@ -31,25 +31,26 @@ size_t ValueCache::Key::hash() const {
 ValueCache::ValueCache()
     : m_Slots(new Slot[FIRST_SLOT_COUNT]()), m_SlotCount(FIRST_SLOT_COUNT), m_Kept(0) {}
 
-ValueCache::Slot& ValueCache::slotOf(const Key& i_Key) const {
+ValueCache::Slot& ValueCache::slotOf(const Key& i_Key) {
   return m_Slots[i_Key.hash() & (m_SlotCount - 1)];
 }
 
-const String* ValueCache::find(std::string_view i_Bytes) const {
+const String* ValueCache::replace(std::string_view i_Bytes, const String& i_Place) {
   const Key key(i_Bytes);
-  const Slot& slot = slotOf(key);
-  return slot.m_Key == key ? slot.m_pText : nullptr;
-}
-
-void ValueCache::keep(std::string_view i_Bytes, const String& i_Text) {
+  Slot* pSlot = &slotOf(key);
+  if (pSlot->m_Key == key) {
+    const String* pKept = pSlot->m_pText;
+    pSlot->m_pText = &i_Place;
+    return pKept;
+  }
   // Many distinct values for the table's size: more of them deserve a place.
   if (2 * ++m_Kept > m_SlotCount && m_SlotCount < MAX_SLOT_COUNT) {
     grow();
+    pSlot = &slotOf(key);
   }
-  const Key key(i_Bytes);
-  Slot& slot = slotOf(key);
-  slot.m_Key = key;
-  slot.m_pText = &i_Text;
+  pSlot->m_Key = key;
+  pSlot->m_pText = &i_Place;
+  return nullptr;
 }
 
 void ValueCache::grow() {

@@ -24,11 +24,10 @@ class ValueCache {
 
   ValueCache();
 
-  // The string kept for the bytes (1 to MAX_BYTES of them), or null.
-  const String* find(std::string_view i_Bytes) const;
-  // Points the bytes (1 to MAX_BYTES of them) at i_Text, in place of what shared its slot;
-  // i_Text must stay unchanged while the cache is used.
-  void keep(std::string_view i_Bytes, const String& i_Text);
+  // Points the bytes (1 to MAX_BYTES of them) at i_Place, which is to hold their value, in place
+  // of what shared its slot; returns the string they pointed at before, or null. i_Place must
+  // stay where it is, and once filled unchanged, while the cache is used.
+  const String* replace(std::string_view i_Bytes, const String& i_Place);
 
  private:
   // A value's bytes, zero-padded into two words, and their count: compared without a call.
@@ -46,7 +45,7 @@ class ValueCache {
     const String* m_pText = nullptr;
   };
 
-  Slot& slotOf(const Key& i_Key) const;
+  Slot& slotOf(const Key& i_Key);
   void grow();
 
   std::unique_ptr<Slot[]> m_Slots;
