@@ -21,5 +21,6 @@ run() {
 }
 run examples/library.xml '/library/book/title'
 run --scalar examples/library.xml 'count(/library/book)'
-run --scalar examples/library.xml '/library/book/@id'
+run examples/library.xml '/library/book/@id'
+run --scalar examples/library.xml '/library/book[@id="b2"]/year'
 run --json examples/library.xml '/library/book/author'
