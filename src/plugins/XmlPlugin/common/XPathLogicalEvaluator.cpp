@@ -344,6 +344,24 @@ struct MixedComparison {
   }
 };
 
+// The four mixed comparisons, one row each. Deliberately, a string against a boolean
+// compares Num(R) with Num(L), the reverse of the others, and the number rows keep their
+// "evauation" texts.
+enum MixedComparisonRow { STRING_BOOL, BOOL_STRING, STRING_NUMBER, NUMBER_STRING };
+const MixedComparison MIXED_COMPARISONS[] = {
+    // function, equality as boolean, exchanged, number text first, boolean text, number text
+    {"XPathLogicalEvaluator::evaluateStringBool", true, true, true, "boolean evaluation",
+     "number evaluation"},
+    {"XPathLogicalEvaluator::evaluateBoolString", true, false, false, "boolean evaluation",
+     "number evaluation"},
+    {"XPathLogicalEvaluator::evaluateStringNumber", false, false, false, "boolean evauation",
+     "number evauation"},
+    {"XPathLogicalEvaluator::evaluateNumberString", false, false, false, "boolean evauation",
+     "number evauation"},
+};
+static_assert(sizeof(MIXED_COMPARISONS) / sizeof(MIXED_COMPARISONS[0]) == NUMBER_STRING + 1,
+              "one row per mixed comparison");
+
 // True when the node set is not empty and the operator is one of i_Accepted.
 unsigned nonEmptyUnder(const XPathExpression* i_pNodeSet, const String& op,
                        std::initializer_list<int> i_Accepted) {
@@ -588,47 +606,22 @@ unsigned XPathLogicalEvaluator::evaluateNodeNodeOperation(const XPathExpression*
 
 unsigned XPathLogicalEvaluator::evaluateStringBool(const XPathExpression* L,
                                                    const XPathExpression* R, const String& op) {
-  // Deliberately compares Num(R) with Num(L), the reverse of the other operations.
-  const MixedComparison comparison = {"XPathLogicalEvaluator::evaluateStringBool",
-                                      true,
-                                      true,
-                                      true,
-                                      "boolean evaluation",
-                                      "number evaluation"};
-  return comparison.compare(L, R, op);
+  return MIXED_COMPARISONS[STRING_BOOL].compare(L, R, op);
 }
 
 unsigned XPathLogicalEvaluator::evaluateBoolString(const XPathExpression* L,
                                                    const XPathExpression* R, const String& op) {
-  const MixedComparison comparison = {"XPathLogicalEvaluator::evaluateBoolString",
-                                      true,
-                                      false,
-                                      false,
-                                      "boolean evaluation",
-                                      "number evaluation"};
-  return comparison.compare(L, R, op);
+  return MIXED_COMPARISONS[BOOL_STRING].compare(L, R, op);
 }
 
 unsigned XPathLogicalEvaluator::evaluateStringNumber(const XPathExpression* L,
                                                      const XPathExpression* R, const String& op) {
-  const MixedComparison comparison = {"XPathLogicalEvaluator::evaluateStringNumber",
-                                      false,
-                                      false,
-                                      false,
-                                      "boolean evauation",
-                                      "number evauation"};
-  return comparison.compare(L, R, op);
+  return MIXED_COMPARISONS[STRING_NUMBER].compare(L, R, op);
 }
 
 unsigned XPathLogicalEvaluator::evaluateNumberString(const XPathExpression* L,
                                                      const XPathExpression* R, const String& op) {
-  const MixedComparison comparison = {"XPathLogicalEvaluator::evaluateNumberString",
-                                      false,
-                                      false,
-                                      false,
-                                      "boolean evauation",
-                                      "number evauation"};
-  return comparison.compare(L, R, op);
+  return MIXED_COMPARISONS[NUMBER_STRING].compare(L, R, op);
 }
 
 }  // namespace XmlPlugin
