@@ -20,7 +20,8 @@ PACKAGES=(
   libxml2-dev         # reference answers for the XML name character tests; tree benchmark
   libpugixml-dev      # tree benchmark
   nlohmann-json3-dev  # xmlquery's JSON Lines protocol
-  clang-format
+  clang-format        # scripts/check-format.sh
+  clang libclang-rt-14-dev  # libFuzzer targets (scripts/fuzz-smoke.sh)
 )
 
 # Wait for another apt run on the machine rather than fail.
