@@ -105,6 +105,57 @@ TEST(XmlQueryToolTest, SingleQueries) {
   });
 }
 
+TEST(XmlQueryToolTest, CommandLineManners) {
+  const std::string unicode = FRAME_DATA + "unicode.xml";
+  expectRows({
+      {{"--version"}, 0, "xmlquery " XMLPLUGIN_VERSION "\n", ""},
+      {{TWINS, unicode, "/root/single"}, 0, TWINS + ":only\n", ""},
+      {{TWINS, TWINS, "count(/root/item)"}, 0, TWINS + ":2\n" + TWINS + ":2\n", ""},
+      {{TWINS, FRAME_DATA + "missing.xml", "/root/single"},
+       1,
+       TWINS + ":only\n",
+       FRAME_DATA + "missing.xml:error -15103 XML_PLUGIN_ERROR_UNABLE_TO_PARSE_XML_FILE\n"},
+      {{"--json", TWINS, unicode, "/root/single"},
+       0,
+       TWINS + ":{\"code\":0,\"values\":[\"only\"]}\n" + unicode + ":{\"code\":0,\"values\":[]}\n",
+       ""},
+      {{"--empty-exit", TWINS, "/root/none"}, 3, "", ""},
+      {{"--empty-exit", "--scalar", TWINS, "/root/none"}, 3, "\n", ""},
+      {{"--empty-exit", TWINS, unicode, "/root/single"}, 0, TWINS + ":only\n", ""},
+      {{"--empty-exit", "--must-exist", TWINS, "/root/none"},
+       1,
+       "",
+       "error -15002 XML_PLUGIN_ERROR_XPATH_DOES_NOT_EXIST\n"},
+      {{"--batch", "--empty-exit"}, 2, "", "xmlquery: --batch takes its options"},
+  });
+  EXPECT_EQ(xmlquery({"-h"}).m_Out, xmlquery({"--help"}).m_Out);
+}
+
+TEST(XmlQueryToolTest, FileNamesFromStandardInput) {
+  const std::string unicode = FRAME_DATA + "unicode.xml";
+  const std::string names = TWINS + "\n\n" + unicode + "\n";
+  const std::string expected = TWINS + ":1\n" + unicode + ":0\n";
+  EXPECT_EQ(xmlquery({"--stdin", "count(/root/single)"}, names).m_Out, expected);
+  EXPECT_EQ(xmlquery({"-", "count(/root/single)"}, names).m_Out, expected);
+  EXPECT_EQ(xmlquery({"-", "count(/root/single)"}, TWINS + "\n").m_Out, "1\n");
+  const TestCommand::Outcome none = xmlquery({"--stdin", "/root"}, "");
+  EXPECT_EQ(none.m_Exit, 2);
+  EXPECT_EQ(none.m_Err, "xmlquery: no FILE names on standard input\n");
+}
+
+// A level that is not 0 to 3 is ignored with one warning, not read as "everything" or "off".
+TEST(XmlQueryToolTest, TraceLevelOutsideTheLevelsIsIgnored) {
+  for (const std::string level : {"9", "abc", "-1", "12"}) {
+    const TestCommand::Outcome outcome = TestCommand::run(
+        "env", {"XMLHOST_TRACE_LEVEL=" + level, XMLQUERY_PATH, TWINS, "/root/single"});
+    EXPECT_EQ(outcome.m_Exit, 0) << level;
+    EXPECT_EQ(outcome.m_Out, "only\n") << level;
+    EXPECT_EQ(outcome.m_Err,
+              "XMLHOST_TRACE_LEVEL=" + level + " ignored: the trace level is 0, 1, 2 or 3\n")
+        << level;
+  }
+}
+
 TEST(XmlQueryToolTest, ExternalEntityIsNotRead) {
   const TestCommand::Outcome outcome = xmlquery({FRAME_DATA + "external-entity.xml", "/doc"});
   EXPECT_EQ(outcome.m_Out.find("SECRET"), std::string::npos) << outcome.m_Out;

@@ -44,13 +44,19 @@ class TraceSettings {
     }
   }
 
+  // A value that is not one of the levels is ignored, with one warning: read as a number it
+  // would silently mean "everything" (9) or "off" (abc).
   static int levelFromEnvironment() {
     const char* pLevel = std::getenv("XMLHOST_TRACE_LEVEL");
-    if (pLevel == nullptr) {
+    if (pLevel == nullptr || *pLevel == '\0') {
       return 0;
     }
-    const long level = std::strtol(pLevel, nullptr, 10);
-    return level < 0 ? 0 : (level > 3 ? 3 : static_cast<int>(level));
+    if (pLevel[1] != '\0' || pLevel[0] < '0' || pLevel[0] > '3') {
+      std::fprintf(stderr, "XMLHOST_TRACE_LEVEL=%s ignored: the trace level is 0, 1, 2 or 3\n",
+                   pLevel);
+      return 0;
+    }
+    return pLevel[0] - '0';
   }
 
   std::FILE* m_pOutput;
