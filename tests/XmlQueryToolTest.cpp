@@ -1,6 +1,7 @@
 // xmlquery end to end: the tool loads the built plug-in with dlopen and is run as a
 // subprocess, single-shot and in batch mode.
 #include <gtest/gtest.h>
+#include <sys/stat.h>
 #include <unistd.h>
 
 #include <chrono>
@@ -156,11 +157,84 @@ TEST(XmlQueryToolTest, TraceLevelOutsideTheLevelsIsIgnored) {
   }
 }
 
+// Every -15105 and -15103 says where and why, after the error line.
+TEST(XmlQueryToolTest, ErrorsSayWhy) {
+  const std::string wrong = "error -15105 XML_PLUGIN_ERROR_XPATH_WRONG_EXPRESSION\n";
+  const std::string unreadable = "error -15103 XML_PLUGIN_ERROR_UNABLE_TO_PARSE_XML_FILE\n";
+  TestXml::TempFile malformed("<a>\n  <b></a>");
+  TestXml::TempFile entity("<!DOCTYPE a [<!ENTITY x 'y'>]>\n<a>&x;</a>");
+  TestXml::TempFile large("");
+  ASSERT_EQ(truncate(large.path().c_str(), 65 << 20), 0);  // sparse: nothing is written
+  const std::string missing = FRAME_DATA + "missing.xml";
+  std::vector<Row> rows = {
+      {{TWINS, "count(/root/item) + cout (b)"},
+       1,
+       "",
+       wrong + "XPath text rejected at column 21: unknown function `cout`\n"
+               "  count(/root/item) + cout (b)\n"
+               "                      ^\n"},
+      {{TWINS, "/root[@a='" + std::string(40, 'x') + "'][1]]"},
+       1,
+       "",
+       wrong + "XPath text rejected at column 56: unbalanced bracket: `]` closes nothing\n"
+               "  ...xxxxxxxxxxxxxxxxxxxxxxxxx'][1]]\n"
+               "                                   ^\n"},
+      {{TWINS, "translate('a','a','b')"},
+       1,
+       "",
+       "error -15004 XML_PLUGIN_ERROR_XPATH_PARSER_ERROR\nfunction `translate` is not supported\n"},
+      {{TWINS, "/root[local-name()='root']"},
+       0,
+       "",
+       "warning: function `local-name` is not supported\n"},
+      {{TWINS, "substring('abc')"},
+       1,
+       "",
+       "error -15004 XML_PLUGIN_ERROR_XPATH_PARSER_ERROR\n`substring` cannot take 1 argument\n"},
+      {{missing, "/a"}, 1, "", unreadable + "XML file " + missing + ": not found\n"},
+      {{FRAME_DATA, "/a"}, 1, "", unreadable + "XML file " + FRAME_DATA + ": not a regular file\n"},
+      {{malformed.path(), "/a"},
+       1,
+       "",
+       unreadable + "XML file " + malformed.path() +
+           ": not well-formed at line 2 column 8: mismatched tag\n"},
+      {{entity.path(), "/a"},
+       1,
+       "",
+       unreadable + "XML file " + entity.path() +
+           ": refused at line 1: entity declarations are not allowed: x\n"},
+      {{large.path(), "/a"},
+       1,
+       "",
+       unreadable + "XML file " + large.path() + ": file larger than 67108864 bytes\n"},
+      {{TWINS, missing, "/root/single"},
+       1,
+       TWINS + ":only\n",
+       missing + ":" + unreadable + missing + ":XML file " + missing + ": not found\n"},
+  };
+  TestXml::TempFile locked("<a/>");
+  chmod(locked.path().c_str(), 0);
+  if (geteuid() != 0) {  // root reads it anyway
+    rows.push_back(
+        {{locked.path(), "/a"},
+         1,
+         "",
+         unreadable + "XML file " + locked.path() + ": cannot open file: Permission denied\n"});
+  }
+  for (const Row& row : rows) {
+    const TestCommand::Outcome outcome = xmlquery(row.m_Arguments);
+    EXPECT_EQ(outcome.m_Exit, row.m_Exit) << join(row.m_Arguments);
+    EXPECT_EQ(outcome.m_Out, row.m_Out) << join(row.m_Arguments);
+    EXPECT_EQ(outcome.m_Err, row.m_Err) << join(row.m_Arguments);
+  }
+}
+
 TEST(XmlQueryToolTest, ExternalEntityIsNotRead) {
   const TestCommand::Outcome outcome = xmlquery({FRAME_DATA + "external-entity.xml", "/doc"});
   EXPECT_EQ(outcome.m_Out.find("SECRET"), std::string::npos) << outcome.m_Out;
   if (outcome.m_Exit != 0) {
-    EXPECT_EQ(outcome.m_Err, "error -15103 XML_PLUGIN_ERROR_UNABLE_TO_PARSE_XML_FILE\n");
+    EXPECT_EQ(outcome.m_Err.substr(0, outcome.m_Err.find('\n') + 1),
+              "error -15103 XML_PLUGIN_ERROR_UNABLE_TO_PARSE_XML_FILE\n");
   }
 }
 

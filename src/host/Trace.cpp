@@ -92,12 +92,16 @@ void Tracer::write(const TraceRecord& i_Record) {
     settings.m_Listener(i_Record);
     return;
   }
+  writeLine(i_Record);
+}
+
+void Tracer::writeLine(const TraceRecord& i_Record) {
   std::string line = std::to_string(i_Record.level) + " " + std::to_string(i_Record.component) +
                      " " + i_Record.function + " " + i_Record.file + ":" +
                      std::to_string(i_Record.line) + " ";
   HostUtf8::appendEncoded(i_Record.text.data(), i_Record.text.size(), line);
   line.push_back('\n');
-  settings.writeLine(line);
+  TraceSettings::get().writeLine(line);
 }
 
 Trace::Record::Record(Tracer& i_Tracer, int i_Level, const char* i_Function, const char* i_File,

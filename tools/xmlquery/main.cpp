@@ -9,6 +9,7 @@
 #include "JsonProtocol.h"
 #include "PluginLibrary.h"
 #include "PluginSession.h"
+#include "ReasonCollector.h"
 #include "host/PluginSDK.h"
 #include "host/String.h"
 #include "host/Trace.h"
@@ -44,9 +45,11 @@ bool selectedNothing(const QueryResponse& i_Response) {
 
 // Runs the query over one file and prints its values (or its JSON response) to standard
 // output and its error to standard error, each line after i_Prefix.
+// The plug-in's reasons follow the error line, or warn after a success (a failing function
+// in a predicate only drops candidates).
 QueryResponse runOne(const CommandLine& i_CommandLine, const std::string& i_File,
                      const std::string& i_Prefix, const PluginLibrary& i_Library,
-                     PluginSession& io_Session) {
+                     PluginSession& io_Session, ReasonCollector& io_Reasons) {
   QueryRequest request;
   request.m_Type = i_CommandLine.m_Scalar ? "XmlValue" : "XmlValues";
   request.m_File = i_File;
@@ -66,6 +69,8 @@ QueryResponse runOne(const CommandLine& i_CommandLine, const std::string& i_File
     std::cerr << i_Prefix << "error " << response.m_Code << ' '
               << i_Library.errorName(response.m_Code) << '\n';
   }
+  printReason(io_Reasons.take(), i_CommandLine.m_XPath,
+              i_Prefix + (response.m_Code != 0 ? "" : "warning: "), std::cerr);
   return response;
 }
 
@@ -76,11 +81,13 @@ int runQueries(const CommandLine& i_CommandLine, const PluginLibrary& i_Library,
     std::cerr << "xmlquery: no FILE names on standard input\n";
     return EXIT_USAGE;
   }
+  ReasonCollector reasons;
   bool failed = false;
   bool selected = false;
   for (const std::string& file : files) {
     const std::string prefix = files.size() > 1 ? file + ":" : "";
-    const QueryResponse response = runOne(i_CommandLine, file, prefix, i_Library, io_Session);
+    const QueryResponse response =
+        runOne(i_CommandLine, file, prefix, i_Library, io_Session, reasons);
     failed = failed || response.m_Code != 0;
     selected = selected || (response.m_Code == 0 && !selectedNothing(response));
   }
