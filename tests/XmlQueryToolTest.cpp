@@ -128,6 +128,7 @@ TEST(XmlQueryToolTest, CommandLineManners) {
        "",
        "error -15002 XML_PLUGIN_ERROR_XPATH_DOES_NOT_EXIST\n"},
       {{"--batch", "--empty-exit"}, 2, "", "xmlquery: --batch takes its options"},
+      {{"--lint"}, 2, "", "xmlquery: --lint takes one XPATH"},
   });
   EXPECT_EQ(xmlquery({"-h"}).m_Out, xmlquery({"--help"}).m_Out);
 }

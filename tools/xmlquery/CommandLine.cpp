@@ -7,6 +7,7 @@ namespace XmlQuery {
 const char* const USAGE_TEXT =
     "usage: xmlquery [OPTIONS] [--] FILE... XPATH\n"
     "       xmlquery --batch [--trace LEVEL] [--plugin PATH] [FILE|-]\n"
+    "       xmlquery --lint XPATH\n"
     "\n"
     "Evaluates XPATH over each XML document FILE with the XML query plug-in and prints\n"
     "each value on its own line, after the file name and a colon when there are several\n"
@@ -27,6 +28,8 @@ const char* const USAGE_TEXT =
     "[...]}\n"
     "                    -> {\"code\": -10008} for an unknown type,\n"
     "                       {\"error\": \"...\"} for a line that cannot be read\n"
+    "  --lint          name the constructs in XPATH that this engine reads otherwise than\n"
+    "                  XPath 1.0, each with a form that works (exit status 1 if any)\n"
     "  -h, --help      print this text\n"
     "  --version       print the version\n"
     "\n"
@@ -54,6 +57,14 @@ bool takeValue(int i_Argc, const char* const* i_Argv, int& io_Index, std::string
 
 bool checkOperands(std::vector<std::string>& io_Operands, CommandLine& io_CommandLine,
                    std::string& o_Error) {
+  if (io_CommandLine.m_Mode == CommandLine::Lint) {
+    if (io_Operands.size() != 1) {
+      o_Error = "--lint takes one XPATH";
+      return false;
+    }
+    io_CommandLine.m_XPath = io_Operands[0];
+    return true;
+  }
   if (io_CommandLine.m_Mode == CommandLine::Batch) {
     if (io_CommandLine.m_Scalar || io_CommandLine.m_MustExist || io_CommandLine.m_Json ||
         io_CommandLine.m_EmptyExit || io_CommandLine.m_FilesFromInput) {
@@ -106,6 +117,8 @@ bool parseCommandLine(int i_Argc, const char* const* i_Argv, CommandLine& o_Comm
     } else if (argument == "--version") {
       o_CommandLine.m_Mode = CommandLine::Version;
       return true;
+    } else if (argument == "--lint") {
+      o_CommandLine.m_Mode = CommandLine::Lint;
     } else if (argument == "--empty-exit") {
       o_CommandLine.m_EmptyExit = true;
     } else if (argument == "--stdin") {

@@ -8,7 +8,7 @@
 namespace XmlQuery {
 
 struct CommandLine {
-  enum Mode { Single, Batch, Help, Version };
+  enum Mode { Single, Batch, Lint, Help, Version };
   Mode m_Mode = Single;
   bool m_Scalar = false;          // --scalar: XmlValue instead of XmlValues
   bool m_MustExist = false;       // --must-exist: "mustExist" set to PLUGIN_RESULT_TRUE
@@ -18,7 +18,7 @@ struct CommandLine {
   std::optional<int> m_TraceLevel;
   std::string m_PluginPath;          // empty: the library beside the executable
   std::vector<std::string> m_Files;  // single mode, in the order given
-  std::string m_XPath;               // single mode
+  std::string m_XPath;               // single and lint mode
   std::string m_BatchInput = "-";    // batch mode: a file name, "-" for standard input
 };
 

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cstring>
 
+#include "TextExcerpt.h"
 #include "XmlPlugin/XmlPluginReasons.h"
 #include "host/String.h"
 #include "host/Trace.h"
@@ -12,8 +13,6 @@ namespace XmlQuery {
 namespace {
 
 const int TRACE_COMPONENT = 5;
-// Characters of the XPath text shown on each side of the column.
-const size_t EXCERPT_RADIUS = 30;
 
 // The column a reason names ("... at column N: ..."), 0 when it names none.
 size_t columnOf(const std::string& i_Reason) {
@@ -23,20 +22,6 @@ size_t columnOf(const std::string& i_Reason) {
              ? 0
              : std::strtoul(i_Reason.c_str() + at + strlen(COLUMN), nullptr, 10);
 }
-
-void printExcerpt(const std::string& i_XPath, size_t i_Column, const std::string& i_Prefix,
-                  std::ostream& o_Output) {
-  const std::wstring text = String(i_XPath.c_str()).toWide();
-  const size_t offset = std::min(i_Column - 1, text.size());
-  const size_t begin = offset > EXCERPT_RADIUS ? offset - EXCERPT_RADIUS : 0;
-  const size_t end = std::min(text.size(), offset + EXCERPT_RADIUS);
-  const std::wstring before = begin > 0 ? L"..." : L"";
-  const std::wstring after = end < text.size() ? L"..." : L"";
-  o_Output << i_Prefix << "  "
-           << String(before + text.substr(begin, end - begin) + after).toNarrow() << '\n'
-           << i_Prefix << "  " << std::string(before.size() + offset - begin, ' ') << "^\n";
-}
-
 }  // namespace
 
 ReasonCollector::ReasonCollector() : m_UserLevel(Tracer::getInstance(TRACE_COMPONENT).getLevel()) {

@@ -10,6 +10,8 @@
 #include "PluginLibrary.h"
 #include "PluginSession.h"
 #include "ReasonCollector.h"
+#include "TextExcerpt.h"
+#include "XPathLint.h"
 #include "host/PluginSDK.h"
 #include "host/String.h"
 #include "host/Trace.h"
@@ -19,6 +21,7 @@ namespace {
 const int EXIT_PLUGIN_ERROR = 1;
 const int EXIT_USAGE = 2;
 const int EXIT_NOTHING_SELECTED = 3;
+const int EXIT_LINT_WARNINGS = 1;
 
 using namespace XmlQuery;
 
@@ -113,6 +116,17 @@ void runBatch(std::istream& i_Input, PluginSession& io_Session) {
   }
 }
 
+int runLint(const std::string& i_XPath) {
+  const std::vector<LintWarning> warnings = lintXPath(i_XPath);
+  for (const LintWarning& warning : warnings) {
+    std::cout << "column " << warning.m_Column << ": " << warning.m_Rule << ": "
+              << warning.m_Message << '\n';
+    printExcerpt(i_XPath, static_cast<size_t>(warning.m_Column), "", std::cout);
+    std::cout << "  instead: " << warning.m_Instead << '\n';
+  }
+  return warnings.empty() ? EXIT_SUCCESS : EXIT_LINT_WARNINGS;
+}
+
 int run(const CommandLine& i_CommandLine) {
   if (i_CommandLine.m_TraceLevel) {
     Tracer::setLevel(*i_CommandLine.m_TraceLevel);
@@ -157,6 +171,9 @@ int main(int i_Argc, char** i_Argv) {
   if (commandLine.m_Mode == CommandLine::Help) {
     std::cout << USAGE_TEXT;
     return EXIT_SUCCESS;
+  }
+  if (commandLine.m_Mode == CommandLine::Lint) {
+    return runLint(commandLine.m_XPath);
   }
   if (commandLine.m_Mode == CommandLine::Version) {
     std::cout << "xmlquery " << XMLPLUGIN_VERSION << '\n';
