@@ -83,7 +83,11 @@ std::string defaultPluginPath() {
     return "libXmlPlugin.so";
   }
   const std::string executable(path, static_cast<size_t>(length));
-  return executable.substr(0, executable.rfind('/') + 1) + "libXmlPlugin.so";
+  const std::string directory = executable.substr(0, executable.rfind('/') + 1);
+  const std::string beside = directory + "libXmlPlugin.so";
+  return access(beside.c_str(), F_OK) == 0
+             ? beside
+             : directory + XMLQUERY_PLUGIN_DIRECTORY "/libXmlPlugin.so";
 }
 
 }  // namespace XmlQuery

@@ -32,7 +32,8 @@ class PluginLibrary {
   DestroyPluginFunction m_DestroyPlugin = nullptr;
 };
 
-// The library beside the running executable: <directory of /proc/self/exe>/libXmlPlugin.so.
+// The library beside the running executable (<directory of /proc/self/exe>/libXmlPlugin.so),
+// or else in the library directory of an installed tree.
 std::string defaultPluginPath();
 
 }  // namespace XmlQuery
