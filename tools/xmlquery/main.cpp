@@ -51,8 +51,8 @@ bool selectedNothing(const QueryResponse& i_Response) {
 // The plug-in's reasons follow the error line, or warn after a success (a failing function
 // in a predicate only drops candidates).
 QueryResponse runOne(const CommandLine& i_CommandLine, const std::string& i_File,
-                     const std::string& i_Prefix, const PluginLibrary& i_Library,
-                     PluginSession& io_Session, ReasonCollector& io_Reasons) {
+                     const std::string& i_Prefix, PluginSession& io_Session,
+                     ReasonCollector& io_Reasons) {
   QueryRequest request;
   request.m_Type = i_CommandLine.m_Scalar ? "XmlValue" : "XmlValues";
   request.m_File = i_File;
@@ -69,16 +69,15 @@ QueryResponse runOne(const CommandLine& i_CommandLine, const std::string& i_File
     }
   }
   if (response.m_Code != 0) {
-    std::cerr << i_Prefix << "error " << response.m_Code << ' '
-              << i_Library.errorName(response.m_Code) << '\n';
+    std::cerr << i_Prefix << "error " << response.m_Code << ' ' << errorName(response.m_Code)
+              << '\n';
   }
   printReason(io_Reasons.take(), i_CommandLine.m_XPath,
               i_Prefix + (response.m_Code != 0 ? "" : "warning: "), std::cerr);
   return response;
 }
 
-int runQueries(const CommandLine& i_CommandLine, const PluginLibrary& i_Library,
-               PluginSession& io_Session) {
+int runQueries(const CommandLine& i_CommandLine, PluginSession& io_Session) {
   const std::vector<std::string> files = filesToQuery(i_CommandLine);
   if (files.empty()) {
     std::cerr << "xmlquery: no FILE names on standard input\n";
@@ -89,8 +88,7 @@ int runQueries(const CommandLine& i_CommandLine, const PluginLibrary& i_Library,
   bool selected = false;
   for (const std::string& file : files) {
     const std::string prefix = files.size() > 1 ? file + ":" : "";
-    const QueryResponse response =
-        runOne(i_CommandLine, file, prefix, i_Library, io_Session, reasons);
+    const QueryResponse response = runOne(i_CommandLine, file, prefix, io_Session, reasons);
     failed = failed || response.m_Code != 0;
     selected = selected || (response.m_Code == 0 && !selectedNothing(response));
   }
@@ -153,7 +151,7 @@ int run(const CommandLine& i_CommandLine) {
     return EXIT_PLUGIN_ERROR;
   }
   if (i_CommandLine.m_Mode == CommandLine::Single) {
-    return runQueries(i_CommandLine, library, session);
+    return runQueries(i_CommandLine, session);
   }
   runBatch(batchFile.is_open() ? batchFile : std::cin, session);
   return EXIT_SUCCESS;
