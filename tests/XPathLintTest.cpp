@@ -10,6 +10,7 @@
 #include <vector>
 
 #include "CommandRunner.h"
+#include "XPathLint.h"
 
 namespace {
 
@@ -95,6 +96,23 @@ TEST(XPathLintTest, WarningShowsColumnAndCaret) {
             "  //a[@b='x' and @c='y']\n"
             "                 ^\n"
             "  instead: put the operand in parentheses: `(@c='y')`\n");
+}
+
+// Every character of each row's query replaced in turn by each of a few hostile ones: the lint
+// answers, whatever the text.
+TEST(XPathLintTest, AnyTextIsReadWithoutFault) {
+  for (const Row& row : ROWS) {
+    for (size_t index = 0; index < row.query.size(); ++index) {
+      for (const char replacement : {'[', ']', '(', ')', '\'', '/', '@', ':', ' '}) {
+        std::string text = row.query;
+        text[index] = replacement;
+        for (const XmlQuery::LintWarning& warning : XmlQuery::lintXPath(text)) {
+          EXPECT_GE(warning.m_Column, 1) << text;
+          EXPECT_LE(warning.m_Column, static_cast<int>(text.size())) << text;
+        }
+      }
+    }
+  }
 }
 
 // The README's rows: (rule, query, rewrite), read from the backquoted cells.

@@ -230,7 +230,7 @@ class Linter {
            L"join the predicates: `[(a) and (b)]` for `[a][b]`");
     } else if (i_Index > 1 && m_Tokens[i_Index - 1].m_Kind == Name &&
                (is(i_Index - 2, L"@") ||
-                (is(i_Index - 2, L"::") && m_Tokens[i_Index - 3].m_Text == L"attribute"))) {
+                (is(i_Index - 2, L"::") && i_Index > 2 && is(i_Index - 3, L"attribute")))) {
       warn(i_Index, "attribute-predicate", L"a predicate on an attribute step is ignored",
            L"test the attribute in its element's predicate: `a[@port='443']/@port` for "
            L"`a/@port[.='443']`");
