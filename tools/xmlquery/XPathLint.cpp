@@ -127,8 +127,9 @@ class Linter {
     return token.m_Text == L"@" || token.m_Text == L"." || token.m_Text == L".." ||
            token.m_Text == L"*";
   }
-  // The tokens from i_Index up to the next "and", "or", "," or closing bracket at its level.
-  std::wstring operandText(size_t i_Index) const {
+  // The first token from i_Index on that ends an operand at i_Index's level: "and", "or", ","
+  // or a closing bracket of an enclosing level; the token count when none does.
+  size_t operandEnd(size_t i_Index) const {
     int level = 0;
     size_t end = i_Index;
     for (; end < m_Tokens.size(); ++end) {
@@ -144,6 +145,11 @@ class Linter {
         break;
       }
     }
+    return end;
+  }
+  // The text of the operand that starts at i_Index.
+  std::wstring operandText(size_t i_Index) const {
+    const size_t end = operandEnd(i_Index);
     const size_t stop = end < m_Tokens.size() ? m_Tokens[end].m_Offset : m_Text.size();
     std::wstring operand =
         m_Text.substr(m_Tokens[i_Index].m_Offset, stop - m_Tokens[i_Index].m_Offset);
@@ -192,26 +198,11 @@ class Linter {
     if (!is(i_Index, L"and") || !isOperatorWord(i_Index)) {
       return;
     }
-    int level = 0;
-    for (size_t index = i_Index + 1; index < m_Tokens.size(); ++index) {
-      const std::wstring& text = m_Tokens[index].m_Text;
-      if (text == L"(" || text == L"[") {
-        ++level;
-      } else if (text == L")" || text == L"]") {
-        if (--level < 0) {
-          return;
-        }
-      } else if (level == 0 && text == L",") {
-        return;
-      } else if (level == 0 && text == L"and" && isOperatorWord(index)) {
-        if (!m_AndChainWarned) {
-          warn(index, "and-chain",
-               L"the operands of `a and b and c` after the second can be dropped",
-               L"put parentheses around the first two: `(a and b) and c`");
-          m_AndChainWarned = true;
-        }
-        return;
-      }
+    const size_t next = operandEnd(i_Index + 1);
+    if (is(next, L"and") && !m_AndChainWarned) {
+      warn(next, "and-chain", L"the operands of `a and b and c` after the second can be dropped",
+           L"put parentheses around the first two: `(a and b) and c`");
+      m_AndChainWarned = true;
     }
   }
 
