@@ -155,7 +155,25 @@ void XPathRejection::describeStop(int i_Reached) {
       ++end;
     }
   }
-  set(at, L"unexpected " + quoted(m_XPath.substr(at, end - at)));
+  const std::wstring found = m_XPath.substr(at, end - at);
+  // Two ways of writing XPath 1.0 that this grammar reads otherwise.
+  if (at > 0 && m_XPath[at - 1] == L'.' && std::iswdigit(static_cast<wint_t>(m_XPath[at]))) {
+    set(at - 1, L"a number starts with a digit: write " + quoted(L"0." + found));
+  } else if (stop >= 2 && m_XPath[stop - 1] == L'-' && m_XPath[stop - 2] == L' ') {
+    size_t nameEnd = stop - 2;
+    while (nameEnd > 0 && m_XPath[nameEnd - 1] == L' ') {
+      --nameEnd;
+    }
+    size_t nameBegin = nameEnd;
+    while (nameBegin > 0 && isNamePart(m_XPath[nameBegin - 1])) {
+      --nameBegin;
+    }
+    const std::wstring name = m_XPath.substr(nameBegin, nameEnd - nameBegin);
+    set(at, L"a blank and " + quoted(L"-") + L" after the name " + quoted(name) +
+                L" continue the name: write " + quoted(L"(" + name + L") - " + found));
+  } else {
+    set(at, L"unexpected " + quoted(found));
+  }
 }
 
 void XPathRejection::set(size_t i_Offset, const std::wstring& i_Reason) {
