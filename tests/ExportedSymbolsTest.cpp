@@ -6,6 +6,7 @@
 #include <string>
 
 #include "CommandRunner.h"
+#include "XmlPlugin/XmlPluginErrors.h"
 
 namespace {
 
@@ -19,7 +20,7 @@ TEST(ExportedSymbolsTest, LibraryExportsExactlyTheInterface) {
   while (lines >> address >> kind >> name) {
     exported.insert(name);
   }
-  const std::set<std::string> expected = {
+  std::set<std::string> expected = {
       "createPlugin",
       "destroyPlugin",
       "XML_PLUGIN_NAME",
@@ -28,23 +29,11 @@ TEST(ExportedSymbolsTest, LibraryExportsExactlyTheInterface) {
       "XML_PLUGIN_PROPERTY_FILE",
       "XML_PLUGIN_PROPERTY_XPATH",
       "XML_PLUGIN_PROPERTY_MUSTEXIST",
-      "XML_PLUGIN_ERROR_UNSPECIFIED_FILE",
-      "XML_PLUGIN_ERROR_UNSPECIFIED_XPATH",
-      "XML_PLUGIN_ERROR_XPATH_DOES_NOT_EXIST",
-      "XML_PLUGIN_ERROR_XPATH_DOES_NOT_MATCH_ONE_VALUE",
-      "XML_PLUGIN_ERROR_XPATH_PARSER_ERROR",
-      "XML_PLUGIN_ERROR_XPATH_ARGUMENTS_NUMBER_ERROR",
-      "XML_PLUGIN_ERROR_XPATH_ARGUMENTS_TYPE_ERROR",
-      "XML_PLUGIN_ERROR_XPATH_WRONG_ROOT",
-      "XML_PLUGIN_ERROR_XPATH_WRONG_MID",
-      "XML_PLUGIN_ERROR_XPATH_WRONG_LEAF",
-      "XML_PLUGIN_ERROR_UNABLE_TO_PARSE_XML_FILE",
-      "XML_PLUGIN_ERROR_XPATH_NOT_FOUND",
-      "XML_PLUGIN_ERROR_XPATH_WRONG_EXPRESSION",
-      "XML_PLUGIN_ERROR_XPATH_UNSUPPORTED_EXPRESSION",
-      "XML_PLUGIN_ERROR_XPATH_UNABLE_TO_EVAL_EXPRESSION",
       "_ZN9XmlPlugin21XPathLogicalEvaluator9tabArithmE",
   };
+#define XML_PLUGIN_ERROR_NAME(i_Name, i_Value) expected.insert(#i_Name);
+  XML_PLUGIN_ERROR_TABLE(XML_PLUGIN_ERROR_NAME)
+#undef XML_PLUGIN_ERROR_NAME
   EXPECT_EQ(exported, expected);
 }
 

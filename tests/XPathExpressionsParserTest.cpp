@@ -7,6 +7,7 @@
 #include <string>
 #include <vector>
 
+#include "XmlPlugin/XmlPluginReasons.h"
 #include "XmlPluginConstants.h"
 #include "host/Trace.h"
 
@@ -152,7 +153,8 @@ TEST(XPathExpressionsParserTest, OperatorFailureIsTracedAtItsLevel) {
   std::vector<std::wstring> errors;
   Tracer::setLevel(1);
   Tracer::setListener([&errors](const TraceRecord& i_Record) {
-    if (i_Record.level == 1) {
+    // The reasons for rule authors are records of their own.
+    if (i_Record.level == 1 && std::string(i_Record.function) != XML_PLUGIN_REASON_FUNCTION) {
       errors.push_back(i_Record.text);
     }
   });

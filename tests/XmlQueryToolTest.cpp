@@ -1,6 +1,7 @@
 // xmlquery end to end: the tool loads the built plug-in with dlopen and is run as a
 // subprocess, single-shot and in batch mode.
 #include <gtest/gtest.h>
+#include <sys/stat.h>
 #include <unistd.h>
 
 #include <chrono>
@@ -105,11 +106,136 @@ TEST(XmlQueryToolTest, SingleQueries) {
   });
 }
 
+TEST(XmlQueryToolTest, CommandLineManners) {
+  const std::string unicode = FRAME_DATA + "unicode.xml";
+  expectRows({
+      {{"--version"}, 0, "xmlquery " XMLPLUGIN_VERSION "\n", ""},
+      {{TWINS, unicode, "/root/single"}, 0, TWINS + ":only\n", ""},
+      {{TWINS, TWINS, "count(/root/item)"}, 0, TWINS + ":2\n" + TWINS + ":2\n", ""},
+      {{TWINS, FRAME_DATA + "missing.xml", "/root/single"},
+       1,
+       TWINS + ":only\n",
+       FRAME_DATA + "missing.xml:error -15103 XML_PLUGIN_ERROR_UNABLE_TO_PARSE_XML_FILE\n"},
+      {{"--json", TWINS, unicode, "/root/single"},
+       0,
+       TWINS + ":{\"code\":0,\"values\":[\"only\"]}\n" + unicode + ":{\"code\":0,\"values\":[]}\n",
+       ""},
+      {{"--empty-exit", TWINS, "/root/none"}, 3, "", ""},
+      {{"--empty-exit", "--scalar", TWINS, "/root/none"}, 3, "\n", ""},
+      {{"--empty-exit", TWINS, unicode, "/root/single"}, 0, TWINS + ":only\n", ""},
+      {{"--empty-exit", "--must-exist", TWINS, "/root/none"},
+       1,
+       "",
+       "error -15002 XML_PLUGIN_ERROR_XPATH_DOES_NOT_EXIST\n"},
+      {{"--batch", "--empty-exit"}, 2, "", "xmlquery: --batch takes its options"},
+      {{"--lint"}, 2, "", "xmlquery: --lint takes one XPATH"},
+  });
+  EXPECT_EQ(xmlquery({"-h"}).m_Out, xmlquery({"--help"}).m_Out);
+}
+
+TEST(XmlQueryToolTest, FileNamesFromStandardInput) {
+  const std::string unicode = FRAME_DATA + "unicode.xml";
+  const std::string names = TWINS + "\n\n" + unicode + "\n";
+  const std::string expected = TWINS + ":1\n" + unicode + ":0\n";
+  EXPECT_EQ(xmlquery({"--stdin", "count(/root/single)"}, names).m_Out, expected);
+  EXPECT_EQ(xmlquery({"-", "count(/root/single)"}, names).m_Out, expected);
+  EXPECT_EQ(xmlquery({"-", "count(/root/single)"}, TWINS + "\n").m_Out, "1\n");
+  const TestCommand::Outcome none = xmlquery({"--stdin", "/root"}, "");
+  EXPECT_EQ(none.m_Exit, 2);
+  EXPECT_EQ(none.m_Err, "xmlquery: no FILE names on standard input\n");
+}
+
+// A level that is not 0 to 3 is ignored with one warning, not read as "everything" or "off".
+TEST(XmlQueryToolTest, TraceLevelOutsideTheLevelsIsIgnored) {
+  for (const std::string level : {"9", "abc", "-1", "12"}) {
+    const TestCommand::Outcome outcome = TestCommand::run(
+        "env", {"XMLHOST_TRACE_LEVEL=" + level, XMLQUERY_PATH, TWINS, "/root/single"});
+    EXPECT_EQ(outcome.m_Exit, 0) << level;
+    EXPECT_EQ(outcome.m_Out, "only\n") << level;
+    EXPECT_EQ(outcome.m_Err,
+              "XMLHOST_TRACE_LEVEL=" + level + " ignored: the trace level is 0, 1, 2 or 3\n")
+        << level;
+  }
+}
+
+// Every -15105 and -15103 says where and why, after the error line.
+TEST(XmlQueryToolTest, ErrorsSayWhy) {
+  const std::string wrong = "error -15105 XML_PLUGIN_ERROR_XPATH_WRONG_EXPRESSION\n";
+  const std::string unreadable = "error -15103 XML_PLUGIN_ERROR_UNABLE_TO_PARSE_XML_FILE\n";
+  TestXml::TempFile malformed("<a>\n  <b></a>");
+  TestXml::TempFile entity("<!DOCTYPE a [<!ENTITY x 'y'>]>\n<a>&x;</a>");
+  TestXml::TempFile large("");
+  ASSERT_EQ(truncate(large.path().c_str(), 65 << 20), 0);  // sparse: nothing is written
+  const std::string missing = FRAME_DATA + "missing.xml";
+  std::vector<Row> rows = {
+      {{TWINS, "count(/root/item) + cout (b)"},
+       1,
+       "",
+       wrong + "XPath text rejected at column 21: unknown function `cout`\n"
+               "  count(/root/item) + cout (b)\n"
+               "                      ^\n"},
+      {{TWINS, "/root[@a='" + std::string(40, 'x') + "'][1]]"},
+       1,
+       "",
+       wrong + "XPath text rejected at column 56: unbalanced bracket: `]` closes nothing\n"
+               "  ...xxxxxxxxxxxxxxxxxxxxxxxxx'][1]]\n"
+               "                                   ^\n"},
+      {{TWINS, "translate('a','a','b')"},
+       1,
+       "",
+       "error -15004 XML_PLUGIN_ERROR_XPATH_PARSER_ERROR\nfunction `translate` is not supported\n"},
+      {{TWINS, "/root[local-name()='root']"},
+       0,
+       "",
+       "warning: function `local-name` is not supported\n"},
+      {{TWINS, "substring('abc')"},
+       1,
+       "",
+       "error -15004 XML_PLUGIN_ERROR_XPATH_PARSER_ERROR\n`substring` cannot take 1 argument\n"},
+      {{missing, "/a"}, 1, "", unreadable + "XML file " + missing + ": not found\n"},
+      {{FRAME_DATA, "/a"}, 1, "", unreadable + "XML file " + FRAME_DATA + ": not a regular file\n"},
+      {{malformed.path(), "/a"},
+       1,
+       "",
+       unreadable + "XML file " + malformed.path() +
+           ": not well-formed at line 2 column 8: mismatched tag\n"},
+      {{entity.path(), "/a"},
+       1,
+       "",
+       unreadable + "XML file " + entity.path() +
+           ": refused at line 1: entity declarations are not allowed: x\n"},
+      {{large.path(), "/a"},
+       1,
+       "",
+       unreadable + "XML file " + large.path() + ": file larger than 67108864 bytes\n"},
+      {{TWINS, missing, "/root/single"},
+       1,
+       TWINS + ":only\n",
+       missing + ":" + unreadable + missing + ":XML file " + missing + ": not found\n"},
+  };
+  TestXml::TempFile locked("<a/>");
+  chmod(locked.path().c_str(), 0);
+  if (geteuid() != 0) {  // root reads it anyway
+    rows.push_back(
+        {{locked.path(), "/a"},
+         1,
+         "",
+         unreadable + "XML file " + locked.path() + ": cannot open file: Permission denied\n"});
+  }
+  for (const Row& row : rows) {
+    const TestCommand::Outcome outcome = xmlquery(row.m_Arguments);
+    EXPECT_EQ(outcome.m_Exit, row.m_Exit) << join(row.m_Arguments);
+    EXPECT_EQ(outcome.m_Out, row.m_Out) << join(row.m_Arguments);
+    EXPECT_EQ(outcome.m_Err, row.m_Err) << join(row.m_Arguments);
+  }
+}
+
 TEST(XmlQueryToolTest, ExternalEntityIsNotRead) {
   const TestCommand::Outcome outcome = xmlquery({FRAME_DATA + "external-entity.xml", "/doc"});
   EXPECT_EQ(outcome.m_Out.find("SECRET"), std::string::npos) << outcome.m_Out;
   if (outcome.m_Exit != 0) {
-    EXPECT_EQ(outcome.m_Err, "error -15103 XML_PLUGIN_ERROR_UNABLE_TO_PARSE_XML_FILE\n");
+    EXPECT_EQ(outcome.m_Err.substr(0, outcome.m_Err.find('\n') + 1),
+              "error -15103 XML_PLUGIN_ERROR_UNABLE_TO_PARSE_XML_FILE\n");
   }
 }
 

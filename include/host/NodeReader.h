@@ -60,6 +60,9 @@ class NodeReader {
   int32_t m_Status;
   // Bytes read and parsed at a time; 0: NODE_READER_CHUNK_SIZE.
   uint32_t m_ChunkSize;
+  // After a malformed document: the column (0-based, as Expat counts) of the error, on the
+  // line reported to the sink.
+  uint32_t m_ErrorColumn;
 
  private:
   NodeSink& m_Sink;

@@ -43,6 +43,9 @@ class Tracer {
   static void setListener(Listener i_Listener);
 
   void write(const TraceRecord& i_Record);
+  // Writes the record as a line to the trace file, whether or not a listener is set (a
+  // listener that keeps some records and passes the others on).
+  static void writeLine(const TraceRecord& i_Record);
   int component() const { return m_Component; }
 
  private:

@@ -76,6 +76,8 @@ class ExpatSession {
     }
   }
 
+  uint32_t errorColumn() const { return m_ErrorColumn; }
+
  private:
   static ExpatSession& session(void* i_pUserData) {
     return *static_cast<ExpatSession*>(i_pUserData);
@@ -156,6 +158,9 @@ class ExpatSession {
   }
 
   int32_t malformed(NodeSink& io_Sink) {
+    const XML_Size column = XML_GetCurrentColumnNumber(m_pParser.get());
+    m_ErrorColumn =
+        column > static_cast<XML_Size>(UINT32_MAX) ? UINT32_MAX : static_cast<uint32_t>(column);
     io_Sink.onError(String(XML_ErrorString(XML_GetErrorCode(m_pParser.get()))),
                     lineOf(m_pParser.get()));
     return NODE_READER_STATUS_MALFORMED;
@@ -170,7 +175,8 @@ class ExpatSession {
   TreeBuilder& m_Builder;
   std::unique_ptr<XML_ParserStruct, ParserDeleter> m_pParser;
   bool m_Stopped;
-  int m_Line;  // where the parse was stopped
+  int m_Line;                  // where the parse was stopped
+  uint32_t m_ErrorColumn = 0;  // where a malformed document went wrong
 };
 
 }  // namespace
@@ -182,6 +188,7 @@ NodeReader::NodeReader(NodeSink& i_Sink)
       m_TrimText(0),
       m_Status(NODE_READER_STATUS_OK),
       m_ChunkSize(0),
+      m_ErrorColumn(0),
       m_Sink(i_Sink) {}
 
 NodeReader::~NodeReader() {}
@@ -199,6 +206,7 @@ TErrorCode NodeReader::process(const String& i_FileName, int) {
     const uint32_t chunkSize = m_ChunkSize != 0 ? std::min(m_ChunkSize, NODE_READER_MAX_FILE_SIZE)
                                                 : NODE_READER_CHUNK_SIZE;
     m_Status = session.parse(file, chunkSize, m_Sink);
+    m_ErrorColumn = session.errorColumn();
     if (m_Status != NODE_READER_STATUS_OK) {
       return m_Status;
     }

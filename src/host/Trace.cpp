@@ -44,13 +44,19 @@ class TraceSettings {
     }
   }
 
+  // A value that is not one of the levels is ignored, with one warning: read as a number it
+  // would silently mean "everything" (9) or "off" (abc).
   static int levelFromEnvironment() {
     const char* pLevel = std::getenv("XMLHOST_TRACE_LEVEL");
-    if (pLevel == nullptr) {
+    if (pLevel == nullptr || *pLevel == '\0') {
       return 0;
     }
-    const long level = std::strtol(pLevel, nullptr, 10);
-    return level < 0 ? 0 : (level > 3 ? 3 : static_cast<int>(level));
+    if (pLevel[1] != '\0' || pLevel[0] < '0' || pLevel[0] > '3') {
+      std::fprintf(stderr, "XMLHOST_TRACE_LEVEL=%s ignored: the trace level is 0, 1, 2 or 3\n",
+                   pLevel);
+      return 0;
+    }
+    return pLevel[0] - '0';
   }
 
   std::FILE* m_pOutput;
@@ -86,12 +92,16 @@ void Tracer::write(const TraceRecord& i_Record) {
     settings.m_Listener(i_Record);
     return;
   }
+  writeLine(i_Record);
+}
+
+void Tracer::writeLine(const TraceRecord& i_Record) {
   std::string line = std::to_string(i_Record.level) + " " + std::to_string(i_Record.component) +
                      " " + i_Record.function + " " + i_Record.file + ":" +
                      std::to_string(i_Record.line) + " ";
   HostUtf8::appendEncoded(i_Record.text.data(), i_Record.text.size(), line);
   line.push_back('\n');
-  settings.writeLine(line);
+  TraceSettings::get().writeLine(line);
 }
 
 Trace::Record::Record(Tracer& i_Tracer, int i_Level, const char* i_Function, const char* i_File,

@@ -5,14 +5,18 @@
 namespace XmlQuery {
 
 const char* const USAGE_TEXT =
-    "usage: xmlquery [OPTIONS] [--] FILE XPATH\n"
+    "usage: xmlquery [OPTIONS] [--] FILE... XPATH\n"
     "       xmlquery --batch [--trace LEVEL] [--plugin PATH] [FILE|-]\n"
+    "       xmlquery --lint XPATH\n"
     "\n"
-    "Evaluates XPATH over the XML document FILE with the XML query plug-in and prints\n"
-    "each value on its own line.\n"
+    "Evaluates XPATH over each XML document FILE with the XML query plug-in and prints\n"
+    "each value on its own line, after the file name and a colon when there are several\n"
+    "files. A FILE \"-\" (or --stdin) reads more file names from standard input, one a line.\n"
     "\n"
     "  --scalar        use an XmlValue expression (one value) instead of XmlValues\n"
     "  --must-exist    set \"mustExist\" to true: selecting nothing is an error\n"
+    "  --empty-exit    exit with status 3 when the query selects nothing\n"
+    "  --stdin         read the file names from standard input, one a line\n"
     "  --json          print the JSON response instead of the values\n"
     "  --trace LEVEL   trace level 0-3 (0 off, 1 errors, 2 warnings, 3 details)\n"
     "  --plugin PATH   the plug-in library (default: libXmlPlugin.so beside xmlquery)\n"
@@ -24,10 +28,13 @@ const char* const USAGE_TEXT =
     "[...]}\n"
     "                    -> {\"code\": -10008} for an unknown type,\n"
     "                       {\"error\": \"...\"} for a line that cannot be read\n"
-    "  --help          print this text\n"
+    "  --lint          name the constructs in XPATH that this engine reads otherwise than\n"
+    "                  XPath 1.0, each with a form that works (exit status 1 if any)\n"
+    "  -h, --help      print this text\n"
+    "  --version       print the version\n"
     "\n"
-    "Exit status: 0 success, 1 the plug-in returned an error code (printed to stderr) or\n"
-    "could not be loaded, 2 usage error.\n";
+    "Exit status: 0 success, 1 the plug-in returned an error code (printed to stderr with\n"
+    "the reason) or could not be loaded, 2 usage error, 3 nothing selected (--empty-exit).\n";
 
 namespace {
 
@@ -48,28 +55,46 @@ bool takeValue(int i_Argc, const char* const* i_Argv, int& io_Index, std::string
   return true;
 }
 
-bool checkOperands(const std::vector<std::string>& i_Operands, CommandLine& io_CommandLine,
+bool checkOperands(std::vector<std::string>& io_Operands, CommandLine& io_CommandLine,
                    std::string& o_Error) {
+  if (io_CommandLine.m_Mode == CommandLine::Lint) {
+    if (io_Operands.size() != 1) {
+      o_Error = "--lint takes one XPATH";
+      return false;
+    }
+    io_CommandLine.m_XPath = io_Operands[0];
+    return true;
+  }
   if (io_CommandLine.m_Mode == CommandLine::Batch) {
-    if (io_CommandLine.m_Scalar || io_CommandLine.m_MustExist || io_CommandLine.m_Json) {
+    if (io_CommandLine.m_Scalar || io_CommandLine.m_MustExist || io_CommandLine.m_Json ||
+        io_CommandLine.m_EmptyExit || io_CommandLine.m_FilesFromInput) {
       o_Error = "--batch takes its options from each request";
       return false;
     }
-    if (i_Operands.size() > 1) {
+    if (io_Operands.size() > 1) {
       o_Error = "--batch takes at most one input file";
       return false;
     }
-    if (i_Operands.size() == 1) {
-      io_CommandLine.m_BatchInput = i_Operands[0];
+    if (io_Operands.size() == 1) {
+      io_CommandLine.m_BatchInput = io_Operands[0];
     }
     return true;
   }
-  if (i_Operands.size() != 2) {
+  // The last operand is the XPATH; without --stdin at least one FILE comes before it.
+  const size_t needed = io_CommandLine.m_FilesFromInput ? 1 : 2;
+  if (io_Operands.size() < needed) {
     o_Error = "expected FILE and XPATH";
     return false;
   }
-  io_CommandLine.m_File = i_Operands[0];
-  io_CommandLine.m_XPath = i_Operands[1];
+  io_CommandLine.m_XPath = io_Operands.back();
+  io_Operands.pop_back();
+  for (std::string& file : io_Operands) {
+    if (file == "-") {
+      io_CommandLine.m_FilesFromInput = true;
+    } else {
+      io_CommandLine.m_Files.push_back(std::move(file));
+    }
+  }
   return true;
 }
 
@@ -86,9 +111,18 @@ bool parseCommandLine(int i_Argc, const char* const* i_Argv, CommandLine& o_Comm
       operands.push_back(argument);
     } else if (argument == "--") {
       optionsEnded = true;
-    } else if (argument == "--help") {
+    } else if (argument == "--help" || argument == "-h") {
       o_CommandLine.m_Mode = CommandLine::Help;
       return true;
+    } else if (argument == "--version") {
+      o_CommandLine.m_Mode = CommandLine::Version;
+      return true;
+    } else if (argument == "--lint") {
+      o_CommandLine.m_Mode = CommandLine::Lint;
+    } else if (argument == "--empty-exit") {
+      o_CommandLine.m_EmptyExit = true;
+    } else if (argument == "--stdin") {
+      o_CommandLine.m_FilesFromInput = true;
     } else if (argument == "--scalar") {
       o_CommandLine.m_Scalar = true;
     } else if (argument == "--must-exist") {

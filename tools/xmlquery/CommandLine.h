@@ -3,20 +3,23 @@
 
 #include <optional>
 #include <string>
+#include <vector>
 
 namespace XmlQuery {
 
 struct CommandLine {
-  enum Mode { Single, Batch, Help };
+  enum Mode { Single, Batch, Lint, Help, Version };
   Mode m_Mode = Single;
-  bool m_Scalar = false;     // --scalar: XmlValue instead of XmlValues
-  bool m_MustExist = false;  // --must-exist: "mustExist" set to PLUGIN_RESULT_TRUE
-  bool m_Json = false;       // --json: print the JSON response
+  bool m_Scalar = false;          // --scalar: XmlValue instead of XmlValues
+  bool m_MustExist = false;       // --must-exist: "mustExist" set to PLUGIN_RESULT_TRUE
+  bool m_Json = false;            // --json: print the JSON response
+  bool m_EmptyExit = false;       // --empty-exit: exit status 3 when nothing is selected
+  bool m_FilesFromInput = false;  // --stdin or "-": more file names, one a line, on stdin
   std::optional<int> m_TraceLevel;
-  std::string m_PluginPath;        // empty: the library beside the executable
-  std::string m_File;              // single mode
-  std::string m_XPath;             // single mode
-  std::string m_BatchInput = "-";  // batch mode: a file name, "-" for standard input
+  std::string m_PluginPath;          // empty: the library beside the executable
+  std::vector<std::string> m_Files;  // single mode, in the order given
+  std::string m_XPath;               // single and lint mode
+  std::string m_BatchInput = "-";    // batch mode: a file name, "-" for standard input
 };
 
 // Reads the arguments. On failure returns false and o_Error says why.

@@ -5,27 +5,10 @@
 
 #include <climits>
 
+#include "XmlPlugin/XmlPluginErrors.h"
+
 namespace XmlQuery {
 namespace {
-
-// The exported error constants; their values are read from the loaded library.
-const char* const PLUGIN_ERROR_NAMES[] = {
-    "XML_PLUGIN_ERROR_UNSPECIFIED_FILE",
-    "XML_PLUGIN_ERROR_UNSPECIFIED_XPATH",
-    "XML_PLUGIN_ERROR_XPATH_DOES_NOT_EXIST",
-    "XML_PLUGIN_ERROR_XPATH_DOES_NOT_MATCH_ONE_VALUE",
-    "XML_PLUGIN_ERROR_XPATH_PARSER_ERROR",
-    "XML_PLUGIN_ERROR_XPATH_ARGUMENTS_NUMBER_ERROR",
-    "XML_PLUGIN_ERROR_XPATH_ARGUMENTS_TYPE_ERROR",
-    "XML_PLUGIN_ERROR_XPATH_WRONG_ROOT",
-    "XML_PLUGIN_ERROR_XPATH_WRONG_MID",
-    "XML_PLUGIN_ERROR_XPATH_WRONG_LEAF",
-    "XML_PLUGIN_ERROR_UNABLE_TO_PARSE_XML_FILE",
-    "XML_PLUGIN_ERROR_XPATH_NOT_FOUND",
-    "XML_PLUGIN_ERROR_XPATH_WRONG_EXPRESSION",
-    "XML_PLUGIN_ERROR_XPATH_UNSUPPORTED_EXPRESSION",
-    "XML_PLUGIN_ERROR_XPATH_UNABLE_TO_EVAL_EXPRESSION",
-};
 
 std::string hostErrorName(TErrorCode i_Code) {
   switch (i_Code) {
@@ -66,14 +49,9 @@ bool PluginLibrary::load(const std::string& i_Path, std::string& o_Error) {
   return true;
 }
 
-std::string PluginLibrary::errorName(TErrorCode i_Code) const {
-  for (const char* name : PLUGIN_ERROR_NAMES) {
-    const void* pValue = m_pHandle != nullptr ? dlsym(m_pHandle, name) : nullptr;
-    if (pValue != nullptr && *static_cast<const TErrorCode*>(pValue) == i_Code) {
-      return name;
-    }
-  }
-  return hostErrorName(i_Code);
+std::string errorName(TErrorCode i_Code) {
+  const char* pName = xmlPluginErrorName(i_Code);
+  return pName != nullptr ? pName : hostErrorName(i_Code);
 }
 
 std::string defaultPluginPath() {
@@ -83,7 +61,11 @@ std::string defaultPluginPath() {
     return "libXmlPlugin.so";
   }
   const std::string executable(path, static_cast<size_t>(length));
-  return executable.substr(0, executable.rfind('/') + 1) + "libXmlPlugin.so";
+  const std::string directory = executable.substr(0, executable.rfind('/') + 1);
+  const std::string beside = directory + "libXmlPlugin.so";
+  return access(beside.c_str(), F_OK) == 0
+             ? beside
+             : directory + XMLQUERY_PLUGIN_DIRECTORY "/libXmlPlugin.so";
 }
 
 }  // namespace XmlQuery

@@ -1,4 +1,4 @@
-// The plug-in library loaded with dlopen: its entry points and its exported error names.
+// The plug-in library loaded with dlopen: its entry points; the names of its error codes.
 #pragma once
 
 #include <string>
@@ -22,17 +22,18 @@ class PluginLibrary {
   CreatePluginFunction createPlugin() const { return m_CreatePlugin; }
   DestroyPluginFunction destroyPlugin() const { return m_DestroyPlugin; }
 
-  // The name of the exported XML_PLUGIN_ERROR_* constant (or host code) that holds i_Code;
-  // empty when none does.
-  std::string errorName(TErrorCode i_Code) const;
-
  private:
   void* m_pHandle = nullptr;
   CreatePluginFunction m_CreatePlugin = nullptr;
   DestroyPluginFunction m_DestroyPlugin = nullptr;
 };
 
-// The library beside the running executable: <directory of /proc/self/exe>/libXmlPlugin.so.
+// The name of the XML_PLUGIN_ERROR_* constant (or host code) that holds i_Code; empty when
+// none does.
+std::string errorName(TErrorCode i_Code);
+
+// The library beside the running executable (<directory of /proc/self/exe>/libXmlPlugin.so),
+// or else in the library directory of an installed tree.
 std::string defaultPluginPath();
 
 }  // namespace XmlQuery

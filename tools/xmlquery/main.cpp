@@ -3,11 +3,15 @@
 #include <fstream>
 #include <iostream>
 #include <string>
+#include <vector>
 
 #include "CommandLine.h"
 #include "JsonProtocol.h"
 #include "PluginLibrary.h"
 #include "PluginSession.h"
+#include "ReasonCollector.h"
+#include "TextExcerpt.h"
+#include "XPathLint.h"
 #include "host/PluginSDK.h"
 #include "host/String.h"
 #include "host/Trace.h"
@@ -16,35 +20,82 @@ namespace {
 
 const int EXIT_PLUGIN_ERROR = 1;
 const int EXIT_USAGE = 2;
+const int EXIT_NOTHING_SELECTED = 3;
+const int EXIT_LINT_WARNINGS = 1;
 
 using namespace XmlQuery;
 
-int runSingle(const CommandLine& i_CommandLine, const PluginLibrary& i_Library,
-              PluginSession& io_Session) {
+bool isBlank(const std::string& i_Line) {
+  return i_Line.find_first_not_of(" \t\r\n") == std::string::npos;
+}
+
+// The files named on the command line, then those listed on standard input.
+std::vector<std::string> filesToQuery(const CommandLine& i_CommandLine) {
+  std::vector<std::string> files = i_CommandLine.m_Files;
+  std::string line;
+  while (i_CommandLine.m_FilesFromInput && std::getline(std::cin, line)) {
+    if (!isBlank(line)) {
+      files.push_back(line);
+    }
+  }
+  return files;
+}
+
+bool selectedNothing(const QueryResponse& i_Response) {
+  return i_Response.m_Values.empty() ||
+         (i_Response.m_Shape == QueryResponse::Scalar && i_Response.m_Values.front().empty());
+}
+
+// Runs the query over one file and prints its values (or its JSON response) to standard
+// output and its error to standard error, each line after i_Prefix.
+// The plug-in's reasons follow the error line, or warn after a success (a failing function
+// in a predicate only drops candidates).
+QueryResponse runOne(const CommandLine& i_CommandLine, const std::string& i_File,
+                     const std::string& i_Prefix, PluginSession& io_Session,
+                     ReasonCollector& io_Reasons) {
   QueryRequest request;
   request.m_Type = i_CommandLine.m_Scalar ? "XmlValue" : "XmlValues";
-  request.m_File = i_CommandLine.m_File;
+  request.m_File = i_File;
   request.m_XPath = i_CommandLine.m_XPath;
   if (i_CommandLine.m_MustExist) {
     request.m_MustExist = String(PLUGIN_RESULT_TRUE).toNarrow();
   }
   const QueryResponse response = io_Session.run(request);
   if (i_CommandLine.m_Json) {
-    std::cout << formatResponse(response) << '\n';
+    std::cout << i_Prefix << formatResponse(response) << '\n';
   } else if (response.m_Code == 0) {
     for (const std::string& value : response.m_Values) {
-      std::cout << value << '\n';
+      std::cout << i_Prefix << value << '\n';
     }
   }
   if (response.m_Code != 0) {
-    std::cerr << "error " << response.m_Code << ' ' << i_Library.errorName(response.m_Code) << '\n';
-    return EXIT_PLUGIN_ERROR;
+    std::cerr << i_Prefix << "error " << response.m_Code << ' ' << errorName(response.m_Code)
+              << '\n';
   }
-  return EXIT_SUCCESS;
+  printReason(io_Reasons.take(), i_CommandLine.m_XPath,
+              i_Prefix + (response.m_Code != 0 ? "" : "warning: "), std::cerr);
+  return response;
 }
 
-bool isBlank(const std::string& i_Line) {
-  return i_Line.find_first_not_of(" \t\r\n") == std::string::npos;
+int runQueries(const CommandLine& i_CommandLine, PluginSession& io_Session) {
+  const std::vector<std::string> files = filesToQuery(i_CommandLine);
+  if (files.empty()) {
+    std::cerr << "xmlquery: no FILE names on standard input\n";
+    return EXIT_USAGE;
+  }
+  ReasonCollector reasons;
+  bool failed = false;
+  bool selected = false;
+  for (const std::string& file : files) {
+    const std::string prefix = files.size() > 1 ? file + ":" : "";
+    const QueryResponse response = runOne(i_CommandLine, file, prefix, io_Session, reasons);
+    failed = failed || response.m_Code != 0;
+    selected = selected || (response.m_Code == 0 && !selectedNothing(response));
+  }
+  if (failed) {
+    return EXIT_PLUGIN_ERROR;
+  }
+  return i_CommandLine.m_EmptyExit && !selected ? EXIT_NOTHING_SELECTED : EXIT_SUCCESS;
 }
 
 void runBatch(std::istream& i_Input, PluginSession& io_Session) {
@@ -61,6 +112,17 @@ void runBatch(std::istream& i_Input, PluginSession& io_Session) {
       std::cout << formatError(error) << std::endl;
     }
   }
+}
+
+int runLint(const std::string& i_XPath) {
+  const std::vector<LintWarning> warnings = lintXPath(i_XPath);
+  for (const LintWarning& warning : warnings) {
+    std::cout << "column " << warning.m_Column << ": " << warning.m_Rule << ": "
+              << warning.m_Message << '\n';
+    printExcerpt(i_XPath, static_cast<size_t>(warning.m_Column), "", std::cout);
+    std::cout << "  instead: " << warning.m_Instead << '\n';
+  }
+  return warnings.empty() ? EXIT_SUCCESS : EXIT_LINT_WARNINGS;
 }
 
 int run(const CommandLine& i_CommandLine) {
@@ -89,7 +151,7 @@ int run(const CommandLine& i_CommandLine) {
     return EXIT_PLUGIN_ERROR;
   }
   if (i_CommandLine.m_Mode == CommandLine::Single) {
-    return runSingle(i_CommandLine, library, session);
+    return runQueries(i_CommandLine, session);
   }
   runBatch(batchFile.is_open() ? batchFile : std::cin, session);
   return EXIT_SUCCESS;
@@ -106,6 +168,13 @@ int main(int i_Argc, char** i_Argv) {
   }
   if (commandLine.m_Mode == CommandLine::Help) {
     std::cout << USAGE_TEXT;
+    return EXIT_SUCCESS;
+  }
+  if (commandLine.m_Mode == CommandLine::Lint) {
+    return runLint(commandLine.m_XPath);
+  }
+  if (commandLine.m_Mode == CommandLine::Version) {
+    std::cout << "xmlquery " << XMLPLUGIN_VERSION << '\n';
     return EXIT_SUCCESS;
   }
   try {

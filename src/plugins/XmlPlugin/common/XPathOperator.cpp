@@ -3,6 +3,7 @@
 #include <cstdint>
 
 #include "XPathFunction.h"
+#include "XmlPlugin/XmlPluginReasons.h"
 #include "XmlPluginConstants.h"
 #include "host/Trace.h"
 
@@ -82,6 +83,9 @@ TErrorCode XPathOperator::evaluate(const std::vector<XPathExpression*>& i_Expres
       (minimum != -1 && count < static_cast<uint32_t>(minimum)) ||
       count < m_pFunction->getParametersRead()) {
     HOST_TRACE(trace, 1) << "XML_PLUGIN_ERROR_XPATH_ARGUMENTS_NUMBER_ERROR";
+    Trace reason(Tracer::getInstance(TRACE_COMPONENT), XML_PLUGIN_REASON_FUNCTION);
+    HOST_TRACE(reason, 1) << "`" << GetExpressionString() << "` cannot take " << count
+                          << (count == 1 ? " argument" : " arguments");
     return XML_PLUGIN_ERROR_XPATH_ARGUMENTS_NUMBER_ERROR;
   }
   HOST_TRACE(trace, 3) << "ExpressionsVector size before convert = " << count;
@@ -90,6 +94,10 @@ TErrorCode XPathOperator::evaluate(const std::vector<XPathExpression*>& i_Expres
   m_pFunction->SetSiblings(m_Siblings);
   m_pFunction->setStartNode(m_StartNode);
   const TErrorCode result = m_pFunction->evaluate();
+  if (result == HOST_ERROR_NOT_SUPPORTED) {
+    Trace reason(Tracer::getInstance(TRACE_COMPONENT), XML_PLUGIN_REASON_FUNCTION);
+    HOST_TRACE(reason, 1) << "function `" << GetExpressionString() << "` is not supported";
+  }
   if (result != 0) {
     return result;
   }

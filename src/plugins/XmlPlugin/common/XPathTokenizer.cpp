@@ -20,6 +20,8 @@
 #include "XPathArgument.h"
 #include "XPathNameCharClasses.h"
 #include "XPathOperator.h"
+#include "XPathRejection.h"
+#include "XmlPlugin/XmlPluginReasons.h"
 #include "XmlPluginConstants.h"
 
 namespace XmlPlugin {
@@ -118,6 +120,12 @@ TErrorCode XPathTokenizer::start() {
     }
   }
   HOST_TRACE(trace, 3) << "result = " << m_Status;
+  if (m_Status != 0) {
+    Trace reason(m_Tracer, XML_PLUGIN_REASON_FUNCTION);
+    // Positions count the wrapping "(".
+    HOST_TRACE(reason, 1)
+        << XPathRejection(std::wstring(m_pText + 1, m_Length - 2), m_Reached - 1).describe();
+  }
   return m_Status;
 }
 
@@ -127,6 +135,27 @@ std::vector<XPathExpression*> XPathTokenizer::getExpressionVector() {
 
 std::vector<std::unique_ptr<XPathExpression>> XPathTokenizer::releaseItems() {
   return std::move(m_Items);
+}
+
+namespace {
+bool isIn(const std::initializer_list<const wchar_t*>& i_Names, const std::wstring& i_Name) {
+  for (const wchar_t* pName : i_Names) {
+    if (i_Name == pName) {
+      return true;
+    }
+  }
+  return false;
+}
+}  // namespace
+
+bool XPathTokenizer::knowsFunction(const std::wstring& i_Name) {
+  return isIn(FUNCTION_NAMES, i_Name);
+}
+
+// Only the axes the first-match lookup can find in full.
+bool XPathTokenizer::knowsAxis(const std::wstring& i_Name) {
+  return isIn(AXIS_NAMES, i_Name) && i_Name != L"descendant-or-self" &&
+         i_Name != L"following-sibling";
 }
 
 // ---- Expressions
@@ -638,6 +667,9 @@ int XPathTokenizer::measure(Production i_Production, int i_Position) {
   if (length < 0) {
     length = run(i_Production, i_Position, false);
     remember(key, length);
+    if (length > 0 && i_Position + length > m_Reached) {
+      m_Reached = i_Position + length;
+    }
   }
   return length;
 }

@@ -25,6 +25,7 @@
 
 #include <initializer_list>
 #include <memory>
+#include <string>
 #include <unordered_map>
 #include <vector>
 
@@ -58,6 +59,10 @@ class XPathTokenizer {
   std::vector<XPathExpression*> getExpressionVector();
   // Hands every item the tokenizer made (also those that merging replaced) to the caller.
   std::vector<std::unique_ptr<XPathExpression>> releaseItems();
+
+  // Whether the grammar knows i_Name as a function name or an axis name.
+  static bool knowsFunction(const std::wstring& i_Name);
+  static bool knowsAxis(const std::wstring& i_Name);
 
  private:
   // The productions that are measured and emitted through measure() and emit().
@@ -227,6 +232,7 @@ class XPathTokenizer {
   std::vector<std::unique_ptr<XPathExpression>> m_Items;  // every item made
   std::unordered_map<long long, int> m_Measured;          // (production, position) -> length
   int m_Nesting = 0;
+  int m_Reached = 0;        // the furthest position up to which a production matched
   TErrorCode m_Status = 0;  // sticky: set by a failure found while recognizing or emitting
 };
 

@@ -26,11 +26,20 @@ TErrorCode XmlNodeSink::onWarning(const String& i_Message, int i_Line) {
 }
 
 TErrorCode XmlNodeSink::onError(const String& i_Message, int i_Line) {
+  keepFailure(i_Message, i_Line);
   return traceReaderMessage("XmlNodeSink::onError", 1, "Error", i_Message, i_Line);
 }
 
 TErrorCode XmlNodeSink::onCriticalError(const String& i_Message, int i_Line) {
+  keepFailure(i_Message, i_Line);
   return traceReaderMessage("XmlNodeSink::onCriticalError", 1, "Critical error", i_Message, i_Line);
+}
+
+void XmlNodeSink::keepFailure(const String& i_Message, int i_Line) {
+  if (m_Failure.isEmpty()) {
+    m_Failure = i_Message;
+    m_FailureLine = i_Line;
+  }
 }
 
 }  // namespace XmlPlugin

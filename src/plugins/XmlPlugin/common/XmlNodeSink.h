@@ -24,8 +24,17 @@ class XmlNodeSink : public NodeSink {
   // A tree never taken is deleted with the sink.
   Node* getRootNode() { return m_pRoot.release(); }
 
+  // The first error the reader reported and its line (0: the file as a whole); empty when
+  // none was reported.
+  const String& getFailure() const { return m_Failure; }
+  int getFailureLine() const { return m_FailureLine; }
+
  private:
+  void keepFailure(const String& i_Message, int i_Line);
+
   std::unique_ptr<Node> m_pRoot;
+  String m_Failure;
+  int m_FailureLine = 0;
 };
 
 }  // namespace XmlPlugin

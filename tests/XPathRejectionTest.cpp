@@ -1,0 +1,100 @@
+// Why a text is rejected: the tokenizer writes one reason record with the column where
+// recognition stopped and what was found there.
+#include "XPathRejection.h"
+
+#include <gtest/gtest.h>
+
+#include <string>
+#include <vector>
+
+#include "XPathTokenizer.h"
+#include "XmlPlugin/XmlPluginReasons.h"
+#include "host/Trace.h"
+
+using namespace XmlPlugin;
+
+namespace {
+
+class XPathRejectionTest : public testing::Test {
+ protected:
+  void SetUp() override {
+    Tracer::setLevel(1);
+    Tracer::setListener([this](const TraceRecord& i_Record) {
+      if (std::string(i_Record.function) == XML_PLUGIN_REASON_FUNCTION) {
+        m_Reasons.push_back(String(i_Record.text).toNarrow());
+      }
+    });
+  }
+  void TearDown() override {
+    Tracer::setListener(Tracer::Listener());
+    Tracer::setLevel(0);
+  }
+
+  // The reasons the tokenizer gave for i_XPath.
+  std::vector<std::string> reasonsFor(const std::wstring& i_XPath) {
+    m_Reasons.clear();
+    XPathTokenizer tokenizer{String(i_XPath)};
+    tokenizer.start();
+    tokenizer.releaseItems();
+    return m_Reasons;
+  }
+
+  std::vector<std::string> m_Reasons;
+};
+
+struct Row {
+  std::wstring xpath;
+  int column;
+  std::string reason;
+};
+
+TEST_F(XPathRejectionTest, EachRejectedTextSaysWhereAndWhy) {
+  const std::wstring deep =
+      std::wstring(XPATH_MAX_NESTING + 1, L'(') + L"1" + std::wstring(XPATH_MAX_NESTING + 1, L')');
+  const std::vector<Row> rows = {
+      {L"cout(a)", 1, "unknown function `cout`"},
+      {L"count(a) + cout (b)", 12, "unknown function `cout`"},
+      {L"//a/following-sibling::b", 5, "axis `following-sibling::` is not supported"},
+      {L"//a/descendant-or-self::node()", 5, "axis `descendant-or-self::` is not supported"},
+      {L"a/foo::b", 3, "unknown axis `foo::`"},
+      {L"//comment()", 3, "`comment()` is not supported"},
+      {L"//processing-instruction('x')", 3, "`processing-instruction()` is not supported"},
+      {L"id('x')", 1, "function `id` is not supported"},
+      {L"//a[1]]", 7, "unbalanced bracket: `]` closes nothing"},
+      {L"//a[@b='x'", 4, "unbalanced bracket: `[` is not closed"},
+      {L"count((a)", 6, "unbalanced bracket: `(` is not closed"},
+      {L"//a[(1])", 7, "unbalanced bracket: `]` does not close the `(` at column 5"},
+      {L"'abc", 1, "the quote `'` is not closed"},
+      {L"   ", 1, "the text is blank"},
+      {L"", 1, "the text is blank"},
+      {L"price - 1", 9,
+       "a blank and `-` after the name `price` continue the name: write `(price) - 1`"},
+      {L"count(item) > price -  2", 24,
+       "a blank and `-` after the name `price` continue the name: write `(price) - 2`"},
+      {L".5", 1, "a number starts with a digit: write `0.5`"},
+      {L"count(a) div .25", 14, "a number starts with a digit: write `0.25`"},
+      {L"a b", 3, "unexpected `b`"},
+      {L"1 +", 3, "unexpected `+`"},
+      {L"/", 1, "unexpected `/`"},
+      {L"//a['x]'", 4, "unbalanced bracket: `[` is not closed"},
+      {deep, XPATH_MAX_NESTING + 1,
+       "the text nests parentheses, argument lists and predicates deeper than 256 levels"},
+      {std::wstring(XPATH_MAX_LENGTH + 1, L'a'), XPATH_MAX_LENGTH + 1,
+       "the text is longer than 1048576 characters"},
+  };
+  for (const Row& row : rows) {
+    const std::string expected =
+        "XPath text rejected at column " + std::to_string(row.column) + ": " + row.reason;
+    EXPECT_EQ(reasonsFor(row.xpath), std::vector<std::string>{expected})
+        << String(row.xpath.substr(0, 40)).toNarrow();
+  }
+}
+
+TEST_F(XPathRejectionTest, AcceptedTextsGiveNoReason) {
+  for (const std::wstring xpath :
+       {L"count(//a[@b='x'])", L"//a/text()", L"a/ancestor-or-self::b"}) {
+    EXPECT_TRUE(reasonsFor(xpath).empty()) << String(xpath).toNarrow();
+  }
+}
+
+}  // namespace
