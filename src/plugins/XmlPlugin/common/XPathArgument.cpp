@@ -1,10 +1,10 @@
 #include "XPathArgument.h"
 
 #include <cwctype>
-#include <locale>
-#include <sstream>
 
+#include "PluginTracer.h"
 #include "XPath.h"
+#include "XPathNumberText.h"
 #include "XmlPluginConstants.h"
 #include "host/Trace.h"
 
@@ -13,7 +13,7 @@ namespace XmlPlugin {
 XPathArgument::XPathArgument() = default;
 
 XPathArgument::XPathArgument(const String& i_Expression) : XPathExpression(i_Expression) {
-  Trace trace(Tracer::getInstance(TRACE_COMPONENT), "XPathArgument::XPathArgument");
+  Trace trace(pluginTracer(), "XPathArgument::XPathArgument");
   HOST_TRACE(trace, 3) << " Expression string " << i_Expression;
   calculateType(i_Expression);
   if (m_DataType == NumberType) {
@@ -23,20 +23,17 @@ XPathArgument::XPathArgument(const String& i_Expression) : XPathExpression(i_Exp
 }
 
 XPathArgument::XPathArgument(double i_Expression) : XPathExpression(i_Expression) {
-  Trace trace(Tracer::getInstance(TRACE_COMPONENT), "XPathArgument::XPathArgument");
+  Trace trace(pluginTracer(), "XPathArgument::XPathArgument");
   m_DataType = NumberType;
   m_NumbType = NumbType;
-  std::ostringstream text;
-  text.imbue(std::locale::classic());
-  text << i_Expression;
-  m_ExpressionString = String(text.str().c_str());
-  HOST_TRACE(trace, 3) << " Expression double " << m_ExpressionString;
+  SetExpressionString(formatNumber(i_Expression));
+  HOST_TRACE(trace, 3) << " Expression double " << GetExpression();
 }
 
 XPathArgument::~XPathArgument() = default;
 
 void XPathArgument::calculateType(const String& i_Expression) {
-  Trace trace(Tracer::getInstance(TRACE_COMPONENT), "XPathArgument::calculateType");
+  Trace trace(pluginTracer(), "XPathArgument::calculateType");
   const String unquoted = CutQuota(i_Expression);
   const bool quoted = unquoted.length() != i_Expression.length();
   if (isNumber(unquoted) != 0) {
@@ -49,7 +46,7 @@ void XPathArgument::calculateType(const String& i_Expression) {
 }
 
 int XPathArgument::isNumber(const String& i_Operand) {
-  Trace trace(Tracer::getInstance(TRACE_COMPONENT), "XPathArgument::isNumber");
+  Trace trace(pluginTracer(), "XPathArgument::isNumber");
   String text = i_Operand;
   text.trim();
   bool negative = false;
@@ -76,7 +73,7 @@ int XPathArgument::isNumber(const String& i_Operand) {
 }
 
 String XPathArgument::addPrefixToXPath(const String& i_Expr, long i_Position, Node* i_pNode) {
-  Trace trace(Tracer::getInstance(TRACE_COMPONENT), "XPathArgument::addPrefixToXPath");
+  Trace trace(pluginTracer(), "XPathArgument::addPrefixToXPath");
   if (i_pNode == nullptr) {
     return i_Expr;
   }
@@ -89,7 +86,7 @@ String XPathArgument::addPrefixToXPath(const String& i_Expr, long i_Position, No
   if (anchorable && i_Position > 0) {
     result.concat(i_pNode->m_Name)
         .concat(L"[position()=")
-        .concat(String::valueOf(i_Position))
+        .concat(formatInteger(i_Position))
         .concat(L"]/");
   }
   result.concat(i_Expr);
@@ -106,7 +103,7 @@ Node* XPathArgument::getXMLRootNode(Node* i_pNode) {
 }
 
 void XPathArgument::EvaluateXPath() {
-  Trace trace(Tracer::getInstance(TRACE_COMPONENT), "XPathArgument::EvaluateXPath");
+  Trace trace(pluginTracer(), "XPathArgument::EvaluateXPath");
   if (m_DataType != NodeSetType) {
     return;
   }

@@ -10,7 +10,7 @@ class XPathArgument : public XPathExpression {
   XPathArgument();
   // Classifies the token text; a number operand also reads its value.
   explicit XPathArgument(const String& i_Expression);
-  // A computed number; its text is the value formatted like a default ostream.
+  // A computed number; its text is formatNumber's.
   explicit XPathArgument(double i_Expression);
   ~XPathArgument() override;
 

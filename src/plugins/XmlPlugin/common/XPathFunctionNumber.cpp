@@ -7,6 +7,7 @@
 #include <iterator>
 #include <list>
 
+#include "PluginTracer.h"
 #include "XPathArgument.h"
 #include "XPathFunction.h"
 #include "XPathLogicalEvaluator.h"
@@ -177,7 +178,7 @@ TErrorCode XPathFunction_not::evaluate() {
 // ---- Number functions ----
 
 NumberValue XPathFunction_number::toNumber(const XPathExpression* i_pValue) {
-  Trace trace(Tracer::getInstance(TRACE_COMPONENT), "XPathFunction_number::toNumber");
+  Trace trace(pluginTracer(), "XPathFunction_number::toNumber");
   switch (i_pValue->getDataType()) {
     case NumberType:
       if (i_pValue->getNumbType() != NumbType) {
@@ -208,7 +209,7 @@ TErrorCode XPathFunction_number::evaluate() {
 }
 
 TErrorCode XPathFunction_sum::evaluate() {
-  Trace trace(Tracer::getInstance(TRACE_COMPONENT), "XPathFunction_sum::evaluate");
+  Trace trace(pluginTracer(), "XPathFunction_sum::evaluate");
   const XPathExpression* pValue = getParameter(0);
   if (pValue->getDataType() != NodeSetType) {
     const NumberValue number = XPathFunction_number::toNumber(pValue);

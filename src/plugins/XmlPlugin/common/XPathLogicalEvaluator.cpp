@@ -17,6 +17,7 @@
 #include <unordered_set>
 #include <vector>
 
+#include "PluginTracer.h"
 #include "XPathArgument.h"
 #include "XPathFunction.h"
 #include "host/Trace.h"
@@ -304,7 +305,7 @@ bool numberRange(const std::vector<String>& i_Strings, double& o_Min, double& o_
 }
 
 unsigned notANumber(const char* i_Function) {
-  Trace trace(Tracer::getInstance(TRACE_COMPONENT), i_Function);
+  Trace trace(pluginTracer(), i_Function);
   HOST_TRACE(trace, 3) << "string is NaN so result is false";
   return 0;
 }
@@ -322,7 +323,7 @@ struct MixedComparison {
   const char* m_NumberText;
 
   unsigned compare(const XPathExpression* L, const XPathExpression* R, const String& op) const {
-    Trace trace(Tracer::getInstance(TRACE_COMPONENT), m_Function);
+    Trace trace(pluginTracer(), m_Function);
     const int oper = XPathLogicalEvaluator::getOperIndex(op);
     if (isBooleanOperator(oper) || (m_EqualityAsBoolean && (oper == EQ || oper == NE))) {
       HOST_TRACE(trace, 3) << m_BooleanText;
@@ -356,7 +357,7 @@ unsigned nonEmptyUnder(const XPathExpression* i_pNodeSet, const String& op,
 
 unsigned XPathLogicalEvaluator::evaluate(const XPathExpression* i_pFirst,
                                          const XPathExpression* i_pSecond, const String& i_Op) {
-  Trace trace(Tracer::getInstance(TRACE_COMPONENT), "XPathLogicalEvaluator::evaluate");
+  Trace trace(pluginTracer(), "XPathLogicalEvaluator::evaluate");
   const XPathExpression* R = i_pFirst;
   const XPathExpression* L = i_pSecond;
   // A number of kind ZeroByInfinity (or an unknown type) has no row or column of its own:
@@ -399,7 +400,7 @@ int XPathLogicalEvaluator::getOperIndex(const String& i_Op) {
 }
 
 int XPathLogicalEvaluator::getTypeIndex(const XPathExpression* i_pExpression) {
-  Trace trace(Tracer::getInstance(TRACE_COMPONENT), "XPathLogicalEvaluator::getTypeIndex");
+  Trace trace(pluginTracer(), "XPathLogicalEvaluator::getTypeIndex");
   int index = -1;
   switch (i_pExpression->getDataType()) {
     case NumberType: {
@@ -422,8 +423,7 @@ int XPathLogicalEvaluator::getTypeIndex(const XPathExpression* i_pExpression) {
 }
 
 unsigned XPathLogicalEvaluator::evaluateLogicalOperation(double a, double b, const String& i_Op) {
-  Trace trace(Tracer::getInstance(TRACE_COMPONENT),
-              "XPathLogicalEvaluator::evaluateLogicalOperation");
+  Trace trace(pluginTracer(), "XPathLogicalEvaluator::evaluateLogicalOperation");
   HOST_TRACE(trace, 3) << "numb1 = " << std::trunc(a) << " numb2 = " << std::trunc(b);
   return compareNumbers(a, b, getOperIndex(i_Op));
 }
@@ -485,7 +485,7 @@ unsigned XPathLogicalEvaluator::evaluateBoolNumber(const XPathExpression* L,
 
 unsigned XPathLogicalEvaluator::evaluateStringString(const XPathExpression* L,
                                                      const XPathExpression* R, const String& op) {
-  Trace trace(Tracer::getInstance(TRACE_COMPONENT), "XPathLogicalEvaluator::evaluateStringString");
+  Trace trace(pluginTracer(), "XPathLogicalEvaluator::evaluateStringString");
   const int oper = getOperIndex(op);
   if (oper == EQ || oper == NE) {
     // Compared as strings even when both are numeric.
