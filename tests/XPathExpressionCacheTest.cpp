@@ -8,7 +8,7 @@
 #include <string>
 #include <vector>
 
-#include "XPathEngine.h"
+#include "EngineAnswer.h"
 #include "XmlCache.h"
 #include "XmlPluginConstants.h"
 #include "host/Trace.h"
@@ -21,19 +21,6 @@ std::string writeFile(const std::string& i_Name, const std::string& i_Xml) {
   const std::string path = testing::TempDir() + i_Name;
   std::ofstream(path) << i_Xml;
   return path;
-}
-
-// "code:values" as the host would receive them.
-std::string run(const std::string& i_XPath, const std::string& i_File) {
-  XPathOutputElements values;
-  OutputElementsGuard guard(values);
-  const TErrorCode result =
-      XPathEngine().start(String(i_XPath.c_str()), String(i_File.c_str()), values);
-  std::string text = std::to_string(result) + ":";
-  for (size_t i = 0; i < values.size(); ++i) {
-    text += (i == 0 ? "" : ",") + values[i]->hostValue().toNarrow();
-  }
-  return text;
 }
 
 std::string evaluate(XPathExpressionsParser& io_Parser) {
@@ -61,11 +48,11 @@ TEST_F(XPathExpressionCacheTest, SameTextOverTwoDocuments) {
   const std::string second =
       writeFile("cache_second.xml", "<a><b>p</b><b id='2'>q</b><b id='3'>r</b></a>");
   for (int round = 0; round < 2; ++round) {
-    EXPECT_EQ(run("count(/a/b)", first), "0:2");
-    EXPECT_EQ(run("count(/a/b)", second), "0:3");
-    EXPECT_EQ(run("/a/b[@id]", first), "0:x");
-    EXPECT_EQ(run("/a/b[@id]", second), "0:q,r");
-    EXPECT_EQ(run("/a/b[position() = 2]", first), "0:y");
+    EXPECT_EQ(engineAnswer("count(/a/b)", first), "0:2");
+    EXPECT_EQ(engineAnswer("count(/a/b)", second), "0:3");
+    EXPECT_EQ(engineAnswer("/a/b[@id]", first), "0:x");
+    EXPECT_EQ(engineAnswer("/a/b[@id]", second), "0:q,r");
+    EXPECT_EQ(engineAnswer("/a/b[position() = 2]", first), "0:y");
   }
 }
 
@@ -75,10 +62,10 @@ TEST_F(XPathExpressionCacheTest, TextThatDoesNotCompileFailsTheSameWayEachTime) 
   Tracer::setLevel(1);
   Tracer::setListener([&errors](const TraceRecord& i_Record) { errors.push_back(i_Record.text); });
   const std::string wrong = std::to_string(XML_PLUGIN_ERROR_XPATH_WRONG_EXPRESSION) + ":";
-  EXPECT_EQ(run("1 +", file), wrong);
-  EXPECT_EQ(run("1 +", file), wrong);
-  EXPECT_EQ(run("/a/b[1 +]", file), wrong);
-  EXPECT_EQ(run("/a/b[1 +]", file), wrong);
+  EXPECT_EQ(engineAnswer("1 +", file), wrong);
+  EXPECT_EQ(engineAnswer("1 +", file), wrong);
+  EXPECT_EQ(engineAnswer("/a/b[1 +]", file), wrong);
+  EXPECT_EQ(engineAnswer("/a/b[1 +]", file), wrong);
   Tracer::setListener(nullptr);
   Tracer::setLevel(0);
   EXPECT_EQ(std::count(errors.begin(), errors.end(), L"Tokenizing error"), 4);

@@ -45,16 +45,15 @@ void XPathArgument::calculateType(const String& i_Expression) {
   HOST_TRACE(trace, 3) << " m_DataType " << static_cast<int>(m_DataType);
 }
 
-int XPathArgument::isNumber(const String& i_Operand) {
-  Trace trace(pluginTracer(), "XPathArgument::isNumber");
-  String text = i_Operand;
-  text.trim();
+namespace {
+
+bool isNumeral(std::wstring_view i_Text) {
   bool negative = false;
   bool point = false;
   bool digit = false;
   bool valid = true;
-  for (int i = 0; valid && i < text.length(); ++i) {
-    const wchar_t character = text.charAt(i);
+  for (size_t i = 0; valid && i < i_Text.size(); ++i) {
+    const wchar_t character = i_Text[i];
     if (character == L'-' && i == 0) {
       negative = true;
     } else if (character == L' ' && negative) {
@@ -67,9 +66,28 @@ int XPathArgument::isNumber(const String& i_Operand) {
       valid = false;
     }
   }
-  const int result = valid && digit ? 1 : 0;
+  return valid && digit;
+}
+
+}  // namespace
+
+int XPathArgument::isNumber(const String& i_Operand) {
+  Trace trace(pluginTracer(), "XPathArgument::isNumber");
+  const int result = isNumeral(trimmedView(i_Operand)) ? 1 : 0;
   HOST_TRACE(trace, 3) << " isNumber result " << result;
   return result;
+}
+
+bool XPathArgument::numberOfOperand(const String& i_Text, double& o_Number) {
+  const String unquoted = CutQuota(i_Text);
+  const std::wstring_view numeral = trimmedView(unquoted);
+  if (!isNumeral(numeral)) {
+    return false;
+  }
+  // What a new operand of the text holds: 0 unless a numeral reads from its start.
+  o_Number = 0.0;
+  readNumber(numeral, o_Number);
+  return true;
 }
 
 String XPathArgument::addPrefixToXPath(const String& i_Expr, long i_Position, Node* i_pNode) {

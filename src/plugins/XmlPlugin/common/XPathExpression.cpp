@@ -71,6 +71,11 @@ XPathExpression* XPathExpression::getOutputArgument() {
 
 void XPathExpression::EvaluateXPath() {}
 
+void XPathExpression::releaseOutputNodes(XPathOutputElements& io_Owner) {
+  io_Owner.insert(io_Owner.end(), m_OutputNodes.begin(), m_OutputNodes.end());
+  m_OutputNodes.clear();
+}
+
 void XPathExpression::SetExpressionString(const String& i_Text) {
   m_ExpressionString = i_Text;
   m_UnquotedString = CutQuota(i_Text);
@@ -97,9 +102,9 @@ std::string XPathExpression::Stringtostring(const String& i_Text) {
 }
 
 void XPathExpression::SetExpressionNumb(const String& i_Text) {
-  String text = CutQuota(i_Text);
   // A text with no numeral reads nothing and leaves the number as it was.
-  readNumber(text.trim(), m_Number);
+  const String unquoted = CutQuota(i_Text);
+  readNumber(trimmedView(unquoted), m_Number);
 }
 
 double XPathExpression::GetExpressionNumb() const {

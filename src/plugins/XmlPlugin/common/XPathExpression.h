@@ -65,6 +65,9 @@ class XPathExpression {
   void SetExpressionString(const String& i_Text);
   // A copy of the pointers; the items stay owned by this expression.
   XPathOutputElements getOutputNodesList() const { return m_OutputNodes; }
+  // Appends the output node list's items to io_Owner, which then owns them; the list is left
+  // empty.
+  void releaseOutputNodes(XPathOutputElements& io_Owner);
 
   // The text without its enclosing quotes.
   static String CutQuota(const String& i_Text);

@@ -244,10 +244,7 @@ TErrorCode XPathExpressionsParser::getValues(XPathOutputElements& o_Output) {
       break;
     case NodeSetType:
       HOST_TRACE(trace, 3) << "NodeSet Type output";
-      // The result keeps owning its own list; the caller gets copies.
-      for (const XPathOutputElement* pItem : m_pResultExpression->getOutputNodesList()) {
-        o_Output.push_back(new XPathOutputElement(*pItem));
-      }
+      m_pResultExpression->releaseOutputNodes(o_Output);
       break;
   }
   HOST_TRACE(trace, 3) << "output size = " << o_Output.size();

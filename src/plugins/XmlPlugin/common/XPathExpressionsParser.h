@@ -34,7 +34,8 @@ class XPathExpressionsParser {
   void clearValues();
   // Back to the state of a fresh parse: no values, no siblings, root position 0.
   void reset();
-  // Appends new output elements, owned by o_Output's holder.
+  // Appends the run's result as output elements, owned by o_Output's holder. A node-set
+  // result hands its own items over (no copies): a second call finds none of them.
   TErrorCode getValues(XPathOutputElements& o_Output);
   TErrorCode calculateBooleanOutput(XPathOutputElements& o_Output);
 

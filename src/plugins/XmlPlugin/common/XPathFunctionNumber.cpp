@@ -23,11 +23,9 @@ const NumberValue kNaN = {0.0, NaN, false};
 
 // The number that a text stands for when it reads as a number operand; NaN otherwise.
 NumberValue numberOfText(const String& i_Text) {
-  const XPathArgument value(i_Text);
-  if (value.getDataType() != NumberType) {
-    return kNaN;
-  }
-  return {value.GetExpressionNumb(), value.getNumbType(), value.isNegativeZero()};
+  double number = 0.0;
+  return XPathArgument::numberOfOperand(i_Text, number) ? NumberValue{number, NumbType, false}
+                                                        : kNaN;
 }
 
 }  // namespace

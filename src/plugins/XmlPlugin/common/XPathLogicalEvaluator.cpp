@@ -239,21 +239,10 @@ bool isNonEmptyNodeSet(const XPathExpression* i_pNodeSet) {
   return !i_pNodeSet->getOutputNodesList().empty();
 }
 
-// The number a text stands for, read as the engine reads an operand: false when the text is
-// not numeric. The operand made for the text is released on return.
-bool readTextNumber(const String& i_Text, double& o_Number) {
-  const XPathArgument value(i_Text);
-  if (value.getDataType() != NumberType) {
-    return false;
-  }
-  o_Number = value.GetExpressionNumb();
-  return true;
-}
-
 // Num of a value; a string has one only when its text is numeric.
 bool readNumber(const XPathExpression* i_pValue, double& o_Number) {
   if (i_pValue->getDataType() == StringType) {
-    return readTextNumber(i_pValue->GetExpressionString(), o_Number);
+    return XPathArgument::numberOfOperand(i_pValue->GetExpressionString(), o_Number);
   }
   o_Number = i_pValue->GetExpressionNumb();
   return true;
@@ -274,7 +263,7 @@ unsigned someNodeComparesWith(const XPathExpression* i_pNodeSet, double i_Number
                               int i_Oper) {
   for (const String& text : nodeStrings(i_pNodeSet)) {
     double nodeNumber = 0.0;
-    if (!readTextNumber(text, nodeNumber)) {
+    if (!XPathArgument::numberOfOperand(text, nodeNumber)) {
       if (i_Oper == NE) {
         return 0;
       }
@@ -294,7 +283,7 @@ bool numberRange(const std::vector<String>& i_Strings, double& o_Min, double& o_
   bool found = false;
   for (const String& text : i_Strings) {
     double number = 0.0;
-    if (!readTextNumber(text, number)) {
+    if (!XPathArgument::numberOfOperand(text, number)) {
       continue;
     }
     o_Min = found ? std::min(o_Min, number) : number;
@@ -455,7 +444,7 @@ unsigned XPathLogicalEvaluator::evaluateStringNode(const XPathExpression* L,
   }
   if (isRelationalOperator(oper)) {
     double number = 0.0;
-    if (!readTextNumber(R->GetExpressionString(), number)) {
+    if (!XPathArgument::numberOfOperand(R->GetExpressionString(), number)) {
       return notANumber("XPathLogicalEvaluator::evaluateStringNode");
     }
     return someNodeComparesWith(L, number, true, oper);

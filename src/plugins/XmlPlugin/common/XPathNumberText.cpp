@@ -5,6 +5,7 @@
 
 #include <charconv>
 #include <cmath>
+#include <cwctype>
 #include <limits>
 #include <string>
 
@@ -92,8 +93,8 @@ String formatInteger(long i_Value) {
   return String(pBegin, static_cast<int>(digits + sizeof(digits) / sizeof(digits[0]) - pBegin));
 }
 
-bool readNumber(const String& i_Text, double& o_Value) {
-  const std::string numeral = gatherNumeral(i_Text.c_str(), i_Text.c_str() + i_Text.length());
+bool readNumber(std::wstring_view i_Text, double& o_Value) {
+  const std::string numeral = gatherNumeral(i_Text.data(), i_Text.data() + i_Text.size());
   if (numeral.empty()) {
     return false;
   }
@@ -104,6 +105,19 @@ bool readNumber(const String& i_Text, double& o_Value) {
   }
   o_Value = std::isinf(value) ? std::copysign(std::numeric_limits<double>::max(), value) : value;
   return true;
+}
+
+std::wstring_view trimmedView(const String& i_Text) {
+  const std::wstring_view text(i_Text.c_str(), static_cast<size_t>(i_Text.length()));
+  size_t begin = 0;
+  size_t end = text.size();
+  while (begin < end && std::iswspace(static_cast<wint_t>(text[begin])) != 0) {
+    ++begin;
+  }
+  while (end > begin && std::iswspace(static_cast<wint_t>(text[end - 1])) != 0) {
+    --end;
+  }
+  return text.substr(begin, end - begin);
 }
 
 }  // namespace XmlPlugin

@@ -1,6 +1,8 @@
 // Numbers to text and back, as the engine writes and reads them, without a stream per value.
 #pragma once
 
+#include <string_view>
+
 #include "host/String.h"
 
 namespace XmlPlugin {
@@ -20,6 +22,10 @@ String formatInteger(long i_Value);
 // Returns false, leaving o_Value as it was, when the numeral read is not a whole number text
 // ("abc", "-", "1e"); a numeral beyond the range of a double reads as the largest finite
 // value of its sign.
-bool readNumber(const String& i_Text, double& o_Value);
+bool readNumber(std::wstring_view i_Text, double& o_Value);
+
+// i_Text without the white space (iswspace) at either end, as String::trim cuts it, without a
+// copy: valid while i_Text lives.
+std::wstring_view trimmedView(const String& i_Text);
 
 }  // namespace XmlPlugin
