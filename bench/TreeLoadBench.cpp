@@ -7,15 +7,13 @@
 #include <libxml/parser.h>
 #include <libxml/tree.h>
 #include <malloc.h>
-#include <unistd.h>
 
-#include <cstdio>
-#include <fstream>
 #include <map>
 #include <memory>
 #include <pugixml.hpp>
 #include <string>
 
+#include "TemporaryFile.h"
 #include "host/Node.h"
 #include "host/NodeReader.h"
 
@@ -23,43 +21,27 @@ namespace {
 
 const size_t MEGABYTE = 1024 * 1024;
 
-// A catalogue of about i_Megabytes MB in a temporary file, removed with the object.
-class GeneratedDocument {
- public:
-  explicit GeneratedDocument(size_t i_Megabytes) {
-    const char* pDir = std::getenv("TMPDIR");
-    m_Path = std::string(pDir != nullptr && *pDir != '\0' ? pDir : "/tmp") + "/treeload-" +
-             std::to_string(getpid()) + "-" + std::to_string(i_Megabytes) + ".xml";
-    std::string text = "<?xml version=\"1.0\"?>\n<catalog>\n";
-    for (size_t item = 0; text.size() < i_Megabytes * MEGABYTE; ++item) {
-      const std::string number = std::to_string(item);
-      text += "  <item id=\"" + number + "\" kind=\"" + (item % 3 == 0 ? "book" : "disc") +
-              "\">\n    <name>Item " + number + "</name>\n    <price>" + std::to_string(item % 97) +
-              ".50</price>\n    <tags><tag>alpha</tag><tag>beta" +
-              "</tag></tags>\n    <note>Kept &amp; shipped in order " + number +
-              "</note>\n  </item>\n";
-    }
-    text += "</catalog>\n";
-    std::ofstream(m_Path, std::ios::binary) << text;
-    m_Size = text.size();
+// A catalogue of about i_Megabytes MB.
+std::string catalogue(size_t i_Megabytes) {
+  std::string text = "<?xml version=\"1.0\"?>\n<catalog>\n";
+  for (size_t item = 0; text.size() < i_Megabytes * MEGABYTE; ++item) {
+    const std::string number = std::to_string(item);
+    text += "  <item id=\"" + number + "\" kind=\"" + (item % 3 == 0 ? "book" : "disc") +
+            "\">\n    <name>Item " + number + "</name>\n    <price>" + std::to_string(item % 97) +
+            ".50</price>\n    <tags><tag>alpha</tag><tag>beta" +
+            "</tag></tags>\n    <note>Kept &amp; shipped in order " + number +
+            "</note>\n  </item>\n";
   }
-  ~GeneratedDocument() { std::remove(m_Path.c_str()); }
-  GeneratedDocument(const GeneratedDocument&) = delete;
-  GeneratedDocument& operator=(const GeneratedDocument&) = delete;
+  text += "</catalog>\n";
+  return text;
+}
 
-  const std::string& path() const { return m_Path; }
-  size_t size() const { return m_Size; }
-
- private:
-  std::string m_Path;
-  size_t m_Size = 0;
-};
-
-const GeneratedDocument& document(size_t i_Megabytes) {
-  static std::map<size_t, std::unique_ptr<GeneratedDocument>> documents;
-  std::unique_ptr<GeneratedDocument>& pDocument = documents[i_Megabytes];
+const TemporaryFile& document(size_t i_Megabytes) {
+  static std::map<size_t, std::unique_ptr<TemporaryFile>> documents;
+  std::unique_ptr<TemporaryFile>& pDocument = documents[i_Megabytes];
   if (!pDocument) {
-    pDocument = std::make_unique<GeneratedDocument>(i_Megabytes);
+    pDocument = std::make_unique<TemporaryFile>("treeload-" + std::to_string(i_Megabytes),
+                                                catalogue(i_Megabytes));
   }
   return *pDocument;
 }
@@ -105,7 +87,7 @@ size_t heapInUse() {
 
 template <typename Tree>
 void TreeLoad(benchmark::State& io_State, Tree (*i_Load)(const std::string&)) {
-  const GeneratedDocument& source = document(static_cast<size_t>(io_State.range(0)));
+  const TemporaryFile& source = document(static_cast<size_t>(io_State.range(0)));
   const size_t before = heapInUse();
   Tree held = i_Load(source.path());
   if (!held) {

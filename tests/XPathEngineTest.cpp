@@ -9,6 +9,7 @@
 #include <string>
 #include <vector>
 
+#include "EngineAnswer.h"
 #include "XPathTokenizer.h"
 #include "XmlCache.h"
 #include "XmlPluginConstants.h"
@@ -35,17 +36,8 @@ class XPathEngineTest : public testing::Test {
   }
   static void TearDownTestSuite() { XmlCache::cleanup(); }
 
-  // "code:values" with the values the host would receive, comma-separated.
   static std::string run(const std::string& i_XPath, const std::string& i_File = m_File) {
-    XPathOutputElements values;
-    OutputElementsGuard guard(values);
-    const TErrorCode result =
-        XPathEngine().start(String(i_XPath.c_str()), String(i_File.c_str()), values);
-    std::string text = std::to_string(result) + ":";
-    for (size_t i = 0; i < values.size(); ++i) {
-      text += (i == 0 ? "" : ",") + values[i]->hostValue().toNarrow();
-    }
-    return text;
+    return engineAnswer(i_XPath, i_File);
   }
 
   static std::string m_File;

@@ -110,3 +110,51 @@ TEST(XPathPredicateTest, PredicatesInPaths) {
     EXPECT_EQ(text, row.m_Expected) << row.m_Path;
   }
 }
+
+// The condition is compiled once per filtering; each candidate's evaluation must see nothing
+// of the one before (node sets, converted and computed values, positions).
+TEST(XPathPredicateTest, EachCandidateIsJudgedAfresh) {
+  std::string xml = "<a>";
+  std::string withCountTwoAndVThree;
+  std::string withoutV;
+  std::string withVThree;
+  for (int i = 1; i <= 300; ++i) {
+    const std::string name = "b" + std::to_string(i);
+    xml += "<b n='" + name + "'" + (i % 5 == 0 ? "" : " v='" + std::to_string(i % 7) + "'") + ">";
+    for (int c = 0; c < i % 3; ++c) {
+      xml += "<c/>";
+    }
+    xml += "</b>";
+    if (i % 3 == 2 && i % 5 != 0 && i % 7 == 3) {
+      withCountTwoAndVThree += (withCountTwoAndVThree.empty() ? "" : ",") + name;
+    }
+    if (i % 5 != 0 && i % 7 == 3) {
+      withVThree += (withVThree.empty() ? "" : ",") + name;
+    }
+    if (i % 5 == 0) {
+      withoutV += (withoutV.empty() ? "" : ",") + name;
+    }
+  }
+  std::unique_ptr<Node> pTree = parseXml(xml + "</a>");
+  ASSERT_NE(pTree, nullptr);
+  const struct {
+    const char* m_Path;
+    std::string m_Expected;
+  } rows[] = {
+      {"a/b[@v = '3' and count(c) = 2]/@n", withCountTwoAndVThree},
+      {"a/b[not(@v)]/@n", withoutV},
+      {"a/b[concat(@v, 'x') = '3x']/@n", withVThree},
+      {"a/b[position() = 150]/@n", "b150"},
+      {"a/b[last() - 1]/@n", "b299"},
+  };
+  for (const auto& row : rows) {
+    XPathOutputElements items;
+    OutputElementsGuard guard(items);
+    ASSERT_EQ(XPath(String(row.m_Path)).getValues(items, pTree.get()), 0) << row.m_Path;
+    std::string text;
+    for (const XPathOutputElement* pItem : items) {
+      text += (text.empty() ? "" : ",") + pItem->hostValue().toNarrow();
+    }
+    EXPECT_EQ(text, row.m_Expected) << row.m_Path;
+  }
+}

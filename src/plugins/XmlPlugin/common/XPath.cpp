@@ -12,6 +12,7 @@
 #include <algorithm>
 #include <list>
 
+#include "PluginTracer.h"
 #include "XmlPluginConstants.h"
 #include "host/Trace.h"
 #include "host/WideChar.h"
@@ -75,7 +76,7 @@ class NestingGuard {
   }
   t_Load.m_Refused = true;
   ++t_RefusedCount;
-  Trace trace(Tracer::getInstance(TRACE_COMPONENT), "XPath::evaluateStep");
+  Trace trace(pluginTracer(), "XPath::evaluateStep");
   HOST_TRACE(trace, 1) << "Evaluation too deep or too long: nesting " << t_Load.m_Nesting
                        << ", steps " << t_Load.m_Steps;
 }
@@ -97,7 +98,7 @@ bool admitStep() {
 }
 
 [[gnu::noinline]] void traceNoChildren(const XPathStep& i_Step) {
-  Trace trace(Tracer::getInstance(TRACE_COMPONENT), "XPath::evaluateStep");
+  Trace trace(pluginTracer(), "XPath::evaluateStep");
   HOST_TRACE(trace, 1) << "Unable to get descendants from node [" << i_Step.getName() << "]";
 }
 
@@ -182,14 +183,14 @@ TErrorCode XPathChildIndex::nth(const Node* i_pParent, const XPathStep& i_Step, 
 }
 
 XPath::XPath(const String& i_XPath) : m_XPath(i_XPath) {
-  Trace trace(Tracer::getInstance(TRACE_COMPONENT), "XPath::XPath");
+  Trace trace(pluginTracer(), "XPath::XPath");
   HOST_TRACE(trace, 3) << "XPath query = " << m_XPath;
 }
 
 XPath::~XPath() {}
 
 TErrorCode XPath::splitXPath() {
-  Trace trace(Tracer::getInstance(TRACE_COMPONENT), "XPath::splitXPath");
+  Trace trace(pluginTracer(), "XPath::splitXPath");
   HOST_TRACE(trace, 3) << " XPath::splitXPath()";
   std::unique_ptr<wchar_t, WideBufferFree> pBuffer(i_wcsdup(m_XPath.c_str()));
   if (!pBuffer) {
@@ -229,7 +230,7 @@ bool XPath::endsWithAttribute(const String& i_Path) {
 }
 
 TErrorCode XPath::getValues(XPathOutputElements& o_Output, Node* i_Root) {
-  Trace trace(Tracer::getInstance(TRACE_COMPONENT), "XPath::getValues");
+  Trace trace(pluginTracer(), "XPath::getValues");
   TErrorCode result = splitXPath();
   if (result != 0) {
     HOST_TRACE(trace, 1) << "Error while splitting xpath";
@@ -368,7 +369,7 @@ bool XPath::dispatchAxis(MarkedNode i_Node, StepAxis i_Axis, unsigned int i_Step
 [[gnu::noinline]] TErrorCode XPath::evaluateLeaf(Node* i_Node, const XPathStep& i_Step,
                                                  const XPathStep& i_Leaf,
                                                  XPathOutputCollector& io_Output) {
-  Trace trace(Tracer::getInstance(TRACE_COMPONENT), "XPath::evaluateStep");
+  Trace trace(pluginTracer(), "XPath::evaluateStep");
   HOST_TRACE(trace, 3) << "Node match. EvaluateNode";
   const TErrorCode result = i_Leaf.evaluateNode(i_Node, io_Output);
   HOST_TRACE(trace, 3) << "Evaluate result = " << result;

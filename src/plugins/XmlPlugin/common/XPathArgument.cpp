@@ -1,10 +1,10 @@
 #include "XPathArgument.h"
 
 #include <cwctype>
-#include <locale>
-#include <sstream>
 
+#include "PluginTracer.h"
 #include "XPath.h"
+#include "XPathNumberText.h"
 #include "XmlPluginConstants.h"
 #include "host/Trace.h"
 
@@ -13,7 +13,7 @@ namespace XmlPlugin {
 XPathArgument::XPathArgument() = default;
 
 XPathArgument::XPathArgument(const String& i_Expression) : XPathExpression(i_Expression) {
-  Trace trace(Tracer::getInstance(TRACE_COMPONENT), "XPathArgument::XPathArgument");
+  Trace trace(pluginTracer(), "XPathArgument::XPathArgument");
   HOST_TRACE(trace, 3) << " Expression string " << i_Expression;
   calculateType(i_Expression);
   if (m_DataType == NumberType) {
@@ -23,20 +23,17 @@ XPathArgument::XPathArgument(const String& i_Expression) : XPathExpression(i_Exp
 }
 
 XPathArgument::XPathArgument(double i_Expression) : XPathExpression(i_Expression) {
-  Trace trace(Tracer::getInstance(TRACE_COMPONENT), "XPathArgument::XPathArgument");
+  Trace trace(pluginTracer(), "XPathArgument::XPathArgument");
   m_DataType = NumberType;
   m_NumbType = NumbType;
-  std::ostringstream text;
-  text.imbue(std::locale::classic());
-  text << i_Expression;
-  m_ExpressionString = String(text.str().c_str());
-  HOST_TRACE(trace, 3) << " Expression double " << m_ExpressionString;
+  SetExpressionString(formatNumber(i_Expression));
+  HOST_TRACE(trace, 3) << " Expression double " << GetExpression();
 }
 
 XPathArgument::~XPathArgument() = default;
 
 void XPathArgument::calculateType(const String& i_Expression) {
-  Trace trace(Tracer::getInstance(TRACE_COMPONENT), "XPathArgument::calculateType");
+  Trace trace(pluginTracer(), "XPathArgument::calculateType");
   const String unquoted = CutQuota(i_Expression);
   const bool quoted = unquoted.length() != i_Expression.length();
   if (isNumber(unquoted) != 0) {
@@ -48,16 +45,15 @@ void XPathArgument::calculateType(const String& i_Expression) {
   HOST_TRACE(trace, 3) << " m_DataType " << static_cast<int>(m_DataType);
 }
 
-int XPathArgument::isNumber(const String& i_Operand) {
-  Trace trace(Tracer::getInstance(TRACE_COMPONENT), "XPathArgument::isNumber");
-  String text = i_Operand;
-  text.trim();
+namespace {
+
+bool isNumeral(std::wstring_view i_Text) {
   bool negative = false;
   bool point = false;
   bool digit = false;
   bool valid = true;
-  for (int i = 0; valid && i < text.length(); ++i) {
-    const wchar_t character = text.charAt(i);
+  for (size_t i = 0; valid && i < i_Text.size(); ++i) {
+    const wchar_t character = i_Text[i];
     if (character == L'-' && i == 0) {
       negative = true;
     } else if (character == L' ' && negative) {
@@ -70,13 +66,32 @@ int XPathArgument::isNumber(const String& i_Operand) {
       valid = false;
     }
   }
-  const int result = valid && digit ? 1 : 0;
+  return valid && digit;
+}
+
+}  // namespace
+
+int XPathArgument::isNumber(const String& i_Operand) {
+  Trace trace(pluginTracer(), "XPathArgument::isNumber");
+  const int result = isNumeral(trimmedView(i_Operand)) ? 1 : 0;
   HOST_TRACE(trace, 3) << " isNumber result " << result;
   return result;
 }
 
+bool XPathArgument::numberOfOperand(const String& i_Text, double& o_Number) {
+  const String unquoted = CutQuota(i_Text);
+  const std::wstring_view numeral = trimmedView(unquoted);
+  if (!isNumeral(numeral)) {
+    return false;
+  }
+  // What a new operand of the text holds: 0 unless a numeral reads from its start.
+  o_Number = 0.0;
+  readNumber(numeral, o_Number);
+  return true;
+}
+
 String XPathArgument::addPrefixToXPath(const String& i_Expr, long i_Position, Node* i_pNode) {
-  Trace trace(Tracer::getInstance(TRACE_COMPONENT), "XPathArgument::addPrefixToXPath");
+  Trace trace(pluginTracer(), "XPathArgument::addPrefixToXPath");
   if (i_pNode == nullptr) {
     return i_Expr;
   }
@@ -89,7 +104,7 @@ String XPathArgument::addPrefixToXPath(const String& i_Expr, long i_Position, No
   if (anchorable && i_Position > 0) {
     result.concat(i_pNode->m_Name)
         .concat(L"[position()=")
-        .concat(String::valueOf(i_Position))
+        .concat(formatInteger(i_Position))
         .concat(L"]/");
   }
   result.concat(i_Expr);
@@ -106,7 +121,7 @@ Node* XPathArgument::getXMLRootNode(Node* i_pNode) {
 }
 
 void XPathArgument::EvaluateXPath() {
-  Trace trace(Tracer::getInstance(TRACE_COMPONENT), "XPathArgument::EvaluateXPath");
+  Trace trace(pluginTracer(), "XPathArgument::EvaluateXPath");
   if (m_DataType != NodeSetType) {
     return;
   }

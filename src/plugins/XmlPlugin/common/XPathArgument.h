@@ -10,7 +10,7 @@ class XPathArgument : public XPathExpression {
   XPathArgument();
   // Classifies the token text; a number operand also reads its value.
   explicit XPathArgument(const String& i_Expression);
-  // A computed number; its text is the value formatted like a default ostream.
+  // A computed number; its text is formatNumber's.
   explicit XPathArgument(double i_Expression);
   ~XPathArgument() override;
 
@@ -18,6 +18,9 @@ class XPathArgument : public XPathExpression {
 
   void calculateType(const String& i_Expression);
   static int isNumber(const String& i_Operand);
+  // The number of an operand made from i_Text, when that operand is a number operand (a
+  // numeric text, quoted or not); false otherwise. Makes no operand.
+  static bool numberOfOperand(const String& i_Text, double& o_Number);
   static String addPrefixToXPath(const String& i_Expr, long i_Position, Node* i_pNode);
   static Node* getXMLRootNode(Node* i_pNode);
 };

@@ -1,7 +1,8 @@
 #include "XPathEngine.h"
 
+#include "PluginTracer.h"
 #include "XPath.h"
-#include "XPathExpressionsParser.h"
+#include "XPathExpressionCache.h"
 #include "XmlCache.h"
 #include "XmlPluginConstants.h"
 #include "host/Trace.h"
@@ -10,7 +11,7 @@ namespace XmlPlugin {
 
 TErrorCode XPathEngine::start(const String& i_XPath, const String& i_FileName,
                               XPathOutputElements& o_Output) {
-  Trace trace(Tracer::getInstance(TRACE_COMPONENT), "XPathEngine::start");
+  Trace trace(pluginTracer(), "XPathEngine::start");
   HOST_TRACE(trace, 3) << "Parsing [" << i_XPath << "] for the XML file " << i_FileName;
   const Node* pTree = nullptr;
   TErrorCode result = XmlCache::get()->getXmlTree(i_FileName, pTree);
@@ -19,10 +20,10 @@ TErrorCode XPathEngine::start(const String& i_XPath, const String& i_FileName,
     if (pTree == nullptr) {
       HOST_TRACE(trace, 1) << "Start Node empty. Error in xml parsing";
     }
-    XPathExpressionsParser parser(i_XPath);
+    const XPathExpressionCache::Lease parser = XPathExpressionCache::get()->acquire(i_XPath);
     const unsigned long refusedBefore = XPath::getRefusedCount();
     // The engine never modifies a tree; the parser's interface just predates const nodes.
-    result = parser.runParser(const_cast<Node*>(pTree));
+    result = parser->runParser(const_cast<Node*>(pTree));
     if (result == 0 && XPath::getRefusedCount() != refusedBefore) {
       // Operands drop the location-path engine's codes; a path refused past the evaluation
       // bounds must not pass for one that selects nothing.
@@ -32,7 +33,7 @@ TErrorCode XPathEngine::start(const String& i_XPath, const String& i_FileName,
       HOST_TRACE(trace, 3) << " result OK, getValues to output";
       XPathOutputElements values;
       OutputElementsGuard guard(values);
-      result = parser.getValues(values);
+      result = parser->getValues(values);
       if (result == 0) {
         o_Output.insert(o_Output.end(), values.begin(), values.end());
         values.clear();

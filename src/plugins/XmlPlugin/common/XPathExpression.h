@@ -4,6 +4,11 @@
 // Ownership: an item is owned by exactly one registry (the tokenizer's, then the
 // parser's, or the function object that computed it); stacks, vectors and parameter
 // lists borrow it. The output node list (node-set values) is owned by the item.
+//
+// What an item is (its text, number, kinds and data type) is fixed when it is made; what it
+// holds for one evaluation (context node, root position, siblings, node-set result, and for
+// an operator the values its function made) is dropped by clearValue, so that a compiled
+// expression is evaluated again and again as if it had just been parsed.
 #pragma once
 
 #include <list>
@@ -41,6 +46,8 @@ class XPathExpression {
   virtual XPathExpression* getOutputArgument();
   // Fills the output node list of a location-path operand; nothing here.
   virtual void EvaluateXPath();
+  // Forgets what the last evaluation left in the item (see the top of the file).
+  virtual void clearValue();
 
   XPathDataType getDataType() const { return m_DataType; }
   void setDataType(XPathDataType i_Type) { m_DataType = i_Type; }
@@ -55,9 +62,12 @@ class XPathExpression {
   bool isNegativeZero() const { return m_NegativeZero; }
   void setNegativeZero(bool i_NegativeZero) { m_NegativeZero = i_NegativeZero; }
   String GetExpression() const { return m_ExpressionString; }
-  void SetExpressionString(const String& i_Text) { m_ExpressionString = i_Text; }
+  void SetExpressionString(const String& i_Text);
   // A copy of the pointers; the items stay owned by this expression.
   XPathOutputElements getOutputNodesList() const { return m_OutputNodes; }
+  // Appends the output node list's items to io_Owner, which then owns them; the list is left
+  // empty.
+  void releaseOutputNodes(XPathOutputElements& io_Owner);
 
   // The text without its enclosing quotes.
   static String CutQuota(const String& i_Text);
@@ -74,7 +84,6 @@ class XPathExpression {
  protected:
   Node* m_StartNode = nullptr;
   long m_RootPosition = 0;
-  String m_ExpressionString;
   double m_Number = 0.0;
   std::list<Node*>* m_Siblings = nullptr;
   LimitType m_NumbType = NumbType;
@@ -83,6 +92,9 @@ class XPathExpression {
   XPathDataType m_DataType = BooleanType;
 
  private:
+  String m_ExpressionString;
+  // CutQuota of the text, kept with it: conversions read it for every evaluation.
+  String m_UnquotedString;
   // The start node and siblings list copies that copying made.
   std::unique_ptr<Node> m_OwnedStartNode;
   std::unique_ptr<std::list<Node*>> m_OwnedSiblings;

@@ -18,6 +18,7 @@
 
 #include <algorithm>
 
+#include "PluginTracer.h"
 #include "XPathTokenizer.h"
 #include "XmlPluginConstants.h"
 #include "host/Trace.h"
@@ -54,13 +55,11 @@ XPathOutputElement* newValueElement(const String& i_Value) {
 }  // namespace
 
 XPathExpressionsParser::XPathExpressionsParser(const String& i_XPath) {
-  Trace trace(Tracer::getInstance(TRACE_COMPONENT),
-              "XPathExpressionsParser::XPathExpressionsParser");
+  Trace trace(pluginTracer(), "XPathExpressionsParser::XPathExpressionsParser");
   XPathTokenizer tokenizer(i_XPath);
   m_Status = tokenizer.start();
   if (m_Status != 0) {
-    HOST_TRACE(trace, 1) << "Tokenizing error";
-    return;
+    return;  // every run reports it
   }
   m_Items = tokenizer.releaseItems();
   m_XPathExpressionsVector = tokenizer.getExpressionVector();
@@ -73,7 +72,7 @@ XPathExpressionsParser::~XPathExpressionsParser() = default;
 
 void XPathExpressionsParser::stackExpression(XPathExpression* e,
                                              std::vector<XPathExpression*>* output) {
-  Trace trace(Tracer::getInstance(TRACE_COMPONENT), "XPathExpressionsParser::stackExpression");
+  Trace trace(pluginTracer(), "XPathExpressionsParser::stackExpression");
   if (!e->isOperator()) {
     output->push_back(e);
     HOST_TRACE(trace, 3) << "Expression " << e->GetExpression() << " pushed to expressionVector";
@@ -100,7 +99,7 @@ void XPathExpressionsParser::gotOper(XPathExpression* e, std::vector<XPathExpres
 }
 
 void XPathExpressionsParser::gotParen(XPathExpression* e, std::vector<XPathExpression*>* output) {
-  Trace trace(Tracer::getInstance(TRACE_COMPONENT), "XPathExpressionsParser::gotParen");
+  Trace trace(pluginTracer(), "XPathExpressionsParser::gotParen");
   XPathExpression* pOpening = nullptr;
   while (pOpening == nullptr) {
     if (m_OperatorStack.empty()) {
@@ -131,7 +130,7 @@ void XPathExpressionsParser::gotParen(XPathExpression* e, std::vector<XPathExpre
 }
 
 std::vector<XPathExpression*> XPathExpressionsParser::doTrans() {
-  Trace trace(Tracer::getInstance(TRACE_COMPONENT), "XPathExpressionsParser::doTrans");
+  Trace trace(pluginTracer(), "XPathExpressionsParser::doTrans");
   std::vector<XPathExpression*> output;
   for (XPathExpression* pExpression : m_XPathExpressionsVector) {
     stackExpression(pExpression, &output);
@@ -145,7 +144,7 @@ std::vector<XPathExpression*> XPathExpressionsParser::doTrans() {
 }
 
 TErrorCode XPathExpressionsParser::doParse() {
-  Trace trace(Tracer::getInstance(TRACE_COMPONENT), "XPathExpressionsParser::doParse");
+  Trace trace(pluginTracer(), "XPathExpressionsParser::doParse");
   std::vector<XPathExpression*> localStack;
   TErrorCode result = 0;
   for (XPathExpression* pExpression : m_XPathExpressionsVector) {
@@ -195,11 +194,13 @@ TErrorCode XPathExpressionsParser::doParse() {
 }
 
 TErrorCode XPathExpressionsParser::runParser(Node* i_pStartNode) {
-  Trace trace(Tracer::getInstance(TRACE_COMPONENT), "XPathExpressionsParser::runParser");
+  Trace trace(pluginTracer(), "XPathExpressionsParser::runParser");
   m_pStartNode = i_pStartNode;
   if (m_Status != 0) {
+    HOST_TRACE(trace, 1) << "Tokenizing error";
     return m_Status;
   }
+  clearValues();
   const TErrorCode result = doParse();
   if (result == 0) {
     m_OutputType = m_pResultExpression->getDataType();
@@ -209,8 +210,23 @@ TErrorCode XPathExpressionsParser::runParser(Node* i_pStartNode) {
   return result;
 }
 
+void XPathExpressionsParser::clearValues() {
+  m_pResultExpression = nullptr;
+  m_OutputType = BooleanType;
+  for (const std::unique_ptr<XPathExpression>& pItem : m_Items) {
+    pItem->clearValue();
+  }
+}
+
+void XPathExpressionsParser::reset() {
+  clearValues();
+  m_pStartNode = nullptr;
+  m_pSiblings = nullptr;
+  m_RootPosition = 0;
+}
+
 TErrorCode XPathExpressionsParser::getValues(XPathOutputElements& o_Output) {
-  Trace trace(Tracer::getInstance(TRACE_COMPONENT), "XPathExpressionsParser::getValues");
+  Trace trace(pluginTracer(), "XPathExpressionsParser::getValues");
   if (m_pResultExpression == nullptr) {
     return XML_PLUGIN_ERROR_XPATH_PARSER_ERROR;
   }
@@ -228,10 +244,7 @@ TErrorCode XPathExpressionsParser::getValues(XPathOutputElements& o_Output) {
       break;
     case NodeSetType:
       HOST_TRACE(trace, 3) << "NodeSet Type output";
-      // The result keeps owning its own list; the caller gets copies.
-      for (const XPathOutputElement* pItem : m_pResultExpression->getOutputNodesList()) {
-        o_Output.push_back(new XPathOutputElement(*pItem));
-      }
+      m_pResultExpression->releaseOutputNodes(o_Output);
       break;
   }
   HOST_TRACE(trace, 3) << "output size = " << o_Output.size();
@@ -240,8 +253,7 @@ TErrorCode XPathExpressionsParser::getValues(XPathOutputElements& o_Output) {
 }
 
 TErrorCode XPathExpressionsParser::calculateBooleanOutput(XPathOutputElements& o_Output) {
-  Trace trace(Tracer::getInstance(TRACE_COMPONENT),
-              "XPathExpressionsParser::calculateBooleanOutput");
+  Trace trace(pluginTracer(), "XPathExpressionsParser::calculateBooleanOutput");
   if (m_pResultExpression == nullptr) {
     HOST_TRACE(trace, 1) << " XML_PLUGIN_ERROR_XPATH_PARSER_ERROR ";
     return XML_PLUGIN_ERROR_XPATH_PARSER_ERROR;

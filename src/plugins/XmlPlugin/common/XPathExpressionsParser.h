@@ -2,7 +2,8 @@
 //
 // The parser owns every item of its expression (taken over from the tokenizer) and,
 // through the operators, every value computed while it runs: the result expression
-// stays valid until the parser is destroyed.
+// stays valid until the next run, clearValues or the parser's destruction. A parser is
+// compiled once and may run any number of times, each run as if on a fresh parse.
 #pragma once
 
 #include <deque>
@@ -21,14 +22,20 @@ namespace XmlPlugin {
 
 class XPathExpressionsParser {
  public:
-  // Tokenizes and converts to postfix; the outcome is the construction status.
+  // Tokenizes and converts to postfix; the outcome is the construction status, which every
+  // run returns when it is not 0.
   explicit XPathExpressionsParser(const String& i_XPath);
   ~XPathExpressionsParser();
   XPathExpressionsParser(const XPathExpressionsParser&) = delete;
   XPathExpressionsParser& operator=(const XPathExpressionsParser&) = delete;
 
   TErrorCode runParser(Node* i_pStartNode);
-  // Appends new output elements, owned by o_Output's holder.
+  // Frees what the last run computed; the compiled items stay.
+  void clearValues();
+  // Back to the state of a fresh parse: no values, no siblings, root position 0.
+  void reset();
+  // Appends the run's result as output elements, owned by o_Output's holder. A node-set
+  // result hands its own items over (no copies): a second call finds none of them.
   TErrorCode getValues(XPathOutputElements& o_Output);
   TErrorCode calculateBooleanOutput(XPathOutputElements& o_Output);
 

@@ -8,6 +8,7 @@
 #include <initializer_list>
 #include <limits>
 
+#include "PluginTracer.h"
 #include "XPathArgument.h"
 #include "XmlPluginConstants.h"
 #include "host/Trace.h"
@@ -212,6 +213,14 @@ std::unique_ptr<XPathExpression> XPathFunction::releaseOutputExpression() {
   return nullptr;
 }
 
+void XPathFunction::clearValues() {
+  m_pOutputExpression = nullptr;
+  m_CreatedValues.clear();
+  m_FunctionParameters.clear();
+  m_pStartNode = nullptr;
+  m_pSiblings = nullptr;
+}
+
 void XPathFunction::addFunctionParameter(XPathExpression* i_pParameter) {
   m_FunctionParameters.push_back(i_pParameter);
 }
@@ -221,7 +230,7 @@ void XPathFunction::setFunctionParameters(const std::vector<XPathExpression*>& i
 }
 
 void XPathFunction::createOutputExpression(const String& i_Value) {
-  Trace trace(Tracer::getInstance(TRACE_COMPONENT), "XPathFunction::createOutputExpression");
+  Trace trace(pluginTracer(), "XPathFunction::createOutputExpression");
   std::unique_ptr<XPathExpression> pValue(new XPathArgument(i_Value));
   pValue->setDataType(m_ReturnType);
   m_pOutputExpression = pValue.get();

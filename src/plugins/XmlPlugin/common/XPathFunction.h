@@ -37,6 +37,8 @@ class XPathFunction {
   XPathExpression* GetOutputExpression() const { return m_pOutputExpression; }
   // Gives up ownership of the current output expression.
   std::unique_ptr<XPathExpression> releaseOutputExpression();
+  // Frees every value made and forgets the parameters and the context of the last call.
+  void clearValues();
 
   Node* getStartNode() const { return m_pStartNode; }
   void setStartNode(Node* i_pNode) { m_pStartNode = i_pNode; }

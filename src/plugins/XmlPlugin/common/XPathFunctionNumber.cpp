@@ -7,6 +7,7 @@
 #include <iterator>
 #include <list>
 
+#include "PluginTracer.h"
 #include "XPathArgument.h"
 #include "XPathFunction.h"
 #include "XPathLogicalEvaluator.h"
@@ -22,11 +23,9 @@ const NumberValue kNaN = {0.0, NaN, false};
 
 // The number that a text stands for when it reads as a number operand; NaN otherwise.
 NumberValue numberOfText(const String& i_Text) {
-  const XPathArgument value(i_Text);
-  if (value.getDataType() != NumberType) {
-    return kNaN;
-  }
-  return {value.GetExpressionNumb(), value.getNumbType(), value.isNegativeZero()};
+  double number = 0.0;
+  return XPathArgument::numberOfOperand(i_Text, number) ? NumberValue{number, NumbType, false}
+                                                        : kNaN;
 }
 
 }  // namespace
@@ -177,7 +176,7 @@ TErrorCode XPathFunction_not::evaluate() {
 // ---- Number functions ----
 
 NumberValue XPathFunction_number::toNumber(const XPathExpression* i_pValue) {
-  Trace trace(Tracer::getInstance(TRACE_COMPONENT), "XPathFunction_number::toNumber");
+  Trace trace(pluginTracer(), "XPathFunction_number::toNumber");
   switch (i_pValue->getDataType()) {
     case NumberType:
       if (i_pValue->getNumbType() != NumbType) {
@@ -208,7 +207,7 @@ TErrorCode XPathFunction_number::evaluate() {
 }
 
 TErrorCode XPathFunction_sum::evaluate() {
-  Trace trace(Tracer::getInstance(TRACE_COMPONENT), "XPathFunction_sum::evaluate");
+  Trace trace(pluginTracer(), "XPathFunction_sum::evaluate");
   const XPathExpression* pValue = getParameter(0);
   if (pValue->getDataType() != NodeSetType) {
     const NumberValue number = XPathFunction_number::toNumber(pValue);

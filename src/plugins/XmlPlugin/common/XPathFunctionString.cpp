@@ -5,6 +5,7 @@
 #include <limits>
 #include <vector>
 
+#include "PluginTracer.h"
 #include "XPathFunction.h"
 #include "XmlPluginConstants.h"
 #include "host/Trace.h"
@@ -83,7 +84,7 @@ String XPathFunction_string::getValueString(const XPathExpression* i_pValue) {
 }
 
 TErrorCode XPathFunction_string::evaluate() {
-  Trace trace(Tracer::getInstance(TRACE_COMPONENT), "XPathFunction_string::evaluate");
+  Trace trace(pluginTracer(), "XPathFunction_string::evaluate");
   if (getParametersCount() == 0) {
     HOST_TRACE(trace, 3) << " getFunctionParameters = 0";
     createOutputExpression(contextString(getStartNode()));
@@ -181,7 +182,7 @@ TErrorCode XPathFunction_stringlength::evaluate() {
 }
 
 TErrorCode XPathFunction_normalizespace::evaluate() {
-  Trace trace(Tracer::getInstance(TRACE_COMPONENT), "XPathFunction_normalizespace::evaluate");
+  Trace trace(pluginTracer(), "XPathFunction_normalizespace::evaluate");
   String text;
   if (getParametersCount() == 0) {
     HOST_TRACE(trace, 3) << "normalize-space without parameters";

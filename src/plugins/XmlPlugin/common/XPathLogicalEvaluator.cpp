@@ -17,6 +17,7 @@
 #include <unordered_set>
 #include <vector>
 
+#include "PluginTracer.h"
 #include "XPathArgument.h"
 #include "XPathFunction.h"
 #include "host/Trace.h"
@@ -238,21 +239,10 @@ bool isNonEmptyNodeSet(const XPathExpression* i_pNodeSet) {
   return !i_pNodeSet->getOutputNodesList().empty();
 }
 
-// The number a text stands for, read as the engine reads an operand: false when the text is
-// not numeric. The operand made for the text is released on return.
-bool readTextNumber(const String& i_Text, double& o_Number) {
-  const XPathArgument value(i_Text);
-  if (value.getDataType() != NumberType) {
-    return false;
-  }
-  o_Number = value.GetExpressionNumb();
-  return true;
-}
-
 // Num of a value; a string has one only when its text is numeric.
 bool readNumber(const XPathExpression* i_pValue, double& o_Number) {
   if (i_pValue->getDataType() == StringType) {
-    return readTextNumber(i_pValue->GetExpressionString(), o_Number);
+    return XPathArgument::numberOfOperand(i_pValue->GetExpressionString(), o_Number);
   }
   o_Number = i_pValue->GetExpressionNumb();
   return true;
@@ -273,7 +263,7 @@ unsigned someNodeComparesWith(const XPathExpression* i_pNodeSet, double i_Number
                               int i_Oper) {
   for (const String& text : nodeStrings(i_pNodeSet)) {
     double nodeNumber = 0.0;
-    if (!readTextNumber(text, nodeNumber)) {
+    if (!XPathArgument::numberOfOperand(text, nodeNumber)) {
       if (i_Oper == NE) {
         return 0;
       }
@@ -293,7 +283,7 @@ bool numberRange(const std::vector<String>& i_Strings, double& o_Min, double& o_
   bool found = false;
   for (const String& text : i_Strings) {
     double number = 0.0;
-    if (!readTextNumber(text, number)) {
+    if (!XPathArgument::numberOfOperand(text, number)) {
       continue;
     }
     o_Min = found ? std::min(o_Min, number) : number;
@@ -304,7 +294,7 @@ bool numberRange(const std::vector<String>& i_Strings, double& o_Min, double& o_
 }
 
 unsigned notANumber(const char* i_Function) {
-  Trace trace(Tracer::getInstance(TRACE_COMPONENT), i_Function);
+  Trace trace(pluginTracer(), i_Function);
   HOST_TRACE(trace, 3) << "string is NaN so result is false";
   return 0;
 }
@@ -322,7 +312,7 @@ struct MixedComparison {
   const char* m_NumberText;
 
   unsigned compare(const XPathExpression* L, const XPathExpression* R, const String& op) const {
-    Trace trace(Tracer::getInstance(TRACE_COMPONENT), m_Function);
+    Trace trace(pluginTracer(), m_Function);
     const int oper = XPathLogicalEvaluator::getOperIndex(op);
     if (isBooleanOperator(oper) || (m_EqualityAsBoolean && (oper == EQ || oper == NE))) {
       HOST_TRACE(trace, 3) << m_BooleanText;
@@ -374,7 +364,7 @@ unsigned nonEmptyUnder(const XPathExpression* i_pNodeSet, const String& op,
 
 unsigned XPathLogicalEvaluator::evaluate(const XPathExpression* i_pFirst,
                                          const XPathExpression* i_pSecond, const String& i_Op) {
-  Trace trace(Tracer::getInstance(TRACE_COMPONENT), "XPathLogicalEvaluator::evaluate");
+  Trace trace(pluginTracer(), "XPathLogicalEvaluator::evaluate");
   const XPathExpression* R = i_pFirst;
   const XPathExpression* L = i_pSecond;
   // A number of kind ZeroByInfinity (or an unknown type) has no row or column of its own:
@@ -417,7 +407,7 @@ int XPathLogicalEvaluator::getOperIndex(const String& i_Op) {
 }
 
 int XPathLogicalEvaluator::getTypeIndex(const XPathExpression* i_pExpression) {
-  Trace trace(Tracer::getInstance(TRACE_COMPONENT), "XPathLogicalEvaluator::getTypeIndex");
+  Trace trace(pluginTracer(), "XPathLogicalEvaluator::getTypeIndex");
   int index = -1;
   switch (i_pExpression->getDataType()) {
     case NumberType: {
@@ -440,8 +430,7 @@ int XPathLogicalEvaluator::getTypeIndex(const XPathExpression* i_pExpression) {
 }
 
 unsigned XPathLogicalEvaluator::evaluateLogicalOperation(double a, double b, const String& i_Op) {
-  Trace trace(Tracer::getInstance(TRACE_COMPONENT),
-              "XPathLogicalEvaluator::evaluateLogicalOperation");
+  Trace trace(pluginTracer(), "XPathLogicalEvaluator::evaluateLogicalOperation");
   HOST_TRACE(trace, 3) << "numb1 = " << std::trunc(a) << " numb2 = " << std::trunc(b);
   return compareNumbers(a, b, getOperIndex(i_Op));
 }
@@ -473,7 +462,7 @@ unsigned XPathLogicalEvaluator::evaluateStringNode(const XPathExpression* L,
   }
   if (isRelationalOperator(oper)) {
     double number = 0.0;
-    if (!readTextNumber(R->GetExpressionString(), number)) {
+    if (!XPathArgument::numberOfOperand(R->GetExpressionString(), number)) {
       return notANumber("XPathLogicalEvaluator::evaluateStringNode");
     }
     return someNodeComparesWith(L, number, true, oper);
@@ -503,7 +492,7 @@ unsigned XPathLogicalEvaluator::evaluateBoolNumber(const XPathExpression* L,
 
 unsigned XPathLogicalEvaluator::evaluateStringString(const XPathExpression* L,
                                                      const XPathExpression* R, const String& op) {
-  Trace trace(Tracer::getInstance(TRACE_COMPONENT), "XPathLogicalEvaluator::evaluateStringString");
+  Trace trace(pluginTracer(), "XPathLogicalEvaluator::evaluateStringString");
   const int oper = getOperIndex(op);
   if (oper == EQ || oper == NE) {
     // Compared as strings even when both are numeric.

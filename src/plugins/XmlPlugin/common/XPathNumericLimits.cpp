@@ -4,6 +4,7 @@
 // they are the engine's defined behaviour.
 #include "XPathNumericLimits.h"
 
+#include "PluginTracer.h"
 #include "XmlPluginConstants.h"
 #include "host/Trace.h"
 
@@ -32,7 +33,7 @@ struct Operand {
 };
 
 LimitType traced(const char* i_Function, LimitType i_Result) {
-  Trace trace(Tracer::getInstance(TRACE_COMPONENT), i_Function);
+  Trace trace(pluginTracer(), i_Function);
   HOST_TRACE(trace, 3) << "result = " << static_cast<int>(i_Result);
   return i_Result;
 }

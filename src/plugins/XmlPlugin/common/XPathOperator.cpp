@@ -2,6 +2,7 @@
 
 #include <cstdint>
 
+#include "PluginTracer.h"
 #include "XPathFunction.h"
 #include "XmlPlugin/XmlPluginReasons.h"
 #include "XmlPluginConstants.h"
@@ -31,41 +32,41 @@ const wchar_t* conversionFunctionName(XPathDataType i_Type) {
 XPathOperator::XPathOperator(const String& i_Expression, XPathExpression*,
                              XPathFunction* i_pXPathFunction)
     : XPathExpression(i_Expression), m_pFunction(i_pXPathFunction) {
-  Trace trace(Tracer::getInstance(TRACE_COMPONENT), "XPathOperator::XPathOperator");
+  Trace trace(pluginTracer(), "XPathOperator::XPathOperator");
   HOST_TRACE(trace, 3) << "XPathOperator Expression" << i_Expression;
 }
 
 XPathOperator::~XPathOperator() = default;
 
 bool XPathOperator::isOperator() const {
-  Trace trace(Tracer::getInstance(TRACE_COMPONENT), "XPathOperator::isOperator");
+  Trace trace(pluginTracer(), "XPathOperator::isOperator");
   HOST_TRACE(trace, 3) << "bool XPathOperator::isOperator() returns TRUE";
   return true;
 }
 
 int XPathOperator::getPriority() const {
-  Trace trace(Tracer::getInstance(TRACE_COMPONENT), "XPathOperator::getPriority");
+  Trace trace(pluginTracer(), "XPathOperator::getPriority");
   const int priority = m_pFunction->getPriority();
   HOST_TRACE(trace, 3) << " Prioryty = " << priority;
   return priority;
 }
 
 bool XPathOperator::isInfix() const {
-  Trace trace(Tracer::getInstance(TRACE_COMPONENT), "XPathOperator::isInfix");
+  Trace trace(pluginTracer(), "XPathOperator::isInfix");
   const bool infix = m_pFunction->isInfix();
   HOST_TRACE(trace, 3) << " isInfix = " << infix;
   return infix;
 }
 
 int XPathOperator::getArgumentsCount() const {
-  Trace trace(Tracer::getInstance(TRACE_COMPONENT), "XPathOperator::getArgumentsCount");
+  Trace trace(pluginTracer(), "XPathOperator::getArgumentsCount");
   const int count = m_pFunction->getArgumentsCount();
   HOST_TRACE(trace, 3) << " getArgumentsCount " << count;
   return count;
 }
 
 void XPathOperator::setArgumentsCount(int i_ArgNo) {
-  Trace trace(Tracer::getInstance(TRACE_COMPONENT), "XPathOperator::setArgumentsCount");
+  Trace trace(pluginTracer(), "XPathOperator::setArgumentsCount");
   HOST_TRACE(trace, 3) << " Input argNo " << i_ArgNo;
   m_pFunction->setArgumentsCount(i_ArgNo);
 }
@@ -74,8 +75,15 @@ XPathExpression* XPathOperator::getOutputArgument() {
   return m_pOutputArgument;
 }
 
+void XPathOperator::clearValue() {
+  XPathExpression::clearValue();
+  m_pOutputArgument = nullptr;
+  m_ConvertedValues.clear();
+  m_pFunction->clearValues();
+}
+
 TErrorCode XPathOperator::evaluate(const std::vector<XPathExpression*>& i_ExpressionsVector) {
-  Trace trace(Tracer::getInstance(TRACE_COMPONENT), "XPathOperator::evaluate");
+  Trace trace(pluginTracer(), "XPathOperator::evaluate");
   // Compared as unsigned: a maximum of -1 never limits.
   const uint32_t count = static_cast<uint32_t>(i_ExpressionsVector.size());
   const int minimum = m_pFunction->getMinArgumentsCount();
@@ -107,7 +115,7 @@ TErrorCode XPathOperator::evaluate(const std::vector<XPathExpression*>& i_Expres
 
 bool XPathOperator::convertTypeParameters(
     const std::vector<XPathExpression*>& i_ExpressionsVector) {
-  Trace trace(Tracer::getInstance(TRACE_COMPONENT), "XPathOperator::convertTypeParameters");
+  Trace trace(pluginTracer(), "XPathOperator::convertTypeParameters");
   const std::vector<XPathDataType> types = m_pFunction->getParametersType();
   if (types.empty()) {
     m_pFunction->setFunctionParameters(i_ExpressionsVector);

@@ -24,6 +24,8 @@ class XPathOperator : public XPathExpression {
   int getArgumentsCount() const override;
   TErrorCode evaluate(const std::vector<XPathExpression*>& i_ExpressionsVector) override;
   XPathExpression* getOutputArgument() override;  // owned by the function
+  // Also frees the values the function and the parameter conversions made.
+  void clearValue() override;
 
   void setArgumentsCount(int i_ArgNo);
   bool convertTypeParameters(const std::vector<XPathExpression*>& i_ExpressionsVector);

@@ -2,8 +2,10 @@
 
 #include <map>
 
+#include "PluginTracer.h"
 #include "XPath.h"
-#include "XPathExpressionsParser.h"
+#include "XPathExpressionCache.h"
+#include "XPathNumberText.h"
 #include "XmlPluginConstants.h"
 #include "host/Trace.h"
 
@@ -44,7 +46,7 @@ void XPathPredicate::keepAnchored(std::list<Node*>& io_Nodes) const {
 }
 
 TErrorCode XPathPredicate::fiterNodes(std::list<Node*>& io_Nodes) const {
-  Trace trace(Tracer::getInstance(TRACE_COMPONENT), "XPathPredicate::fiterNodes");
+  Trace trace(pluginTracer(), "XPathPredicate::fiterNodes");
   HOST_TRACE(trace, 3) << "m_Expression " << condition();
   if (!hasCondition()) {
     HOST_TRACE(trace, 1) << "XML_PLUGIN_ERROR_XPATH_UNSUPPORTED_EXPRESSION";
@@ -59,6 +61,13 @@ TErrorCode XPathPredicate::fiterNodes(std::list<Node*>& io_Nodes) const {
     return 0;
   }
 
+  const TErrorCode result = io_Nodes.empty() ? 0 : keepMatching(io_Nodes);
+  HOST_TRACE(trace, 3) << "FilteredNodes.size() = " << static_cast<unsigned long>(io_Nodes.size());
+  HOST_TRACE(trace, 3) << "result = " << result;
+  return result;
+}
+
+TErrorCode XPathPredicate::keepMatching(std::list<Node*>& io_Nodes) const {
   // Two positions, deliberately different: a number result is compared with the overall
   // position, while the root position handed to the evaluation counts only the candidates
   // of the same name, resuming where that name left off when it comes back.
@@ -68,7 +77,11 @@ TErrorCode XPathPredicate::fiterNodes(std::list<Node*>& io_Nodes) const {
   long position = 1;
   std::list<Node*> kept;
   TErrorCode result = 0;
-  const String text = io_Nodes.empty() ? String() : condition();
+  // Compiled once; each candidate's run sees it as freshly parsed.
+  const String text = condition();
+  const XPathExpressionCache::Lease parser = XPathExpressionCache::get()->acquire(text);
+  const unsigned long cost =
+      XPATH_PREDICATE_EVALUATION_COST + text.length() / XPATH_PREDICATE_CHARACTERS_PER_COST;
   for (Node* pCandidate : io_Nodes) {
     if (pCandidate->m_Name != prevNodeName) {
       nextPositionByName[prevNodeName] = namePosition;
@@ -77,7 +90,7 @@ TErrorCode XPathPredicate::fiterNodes(std::list<Node*>& io_Nodes) const {
       prevNodeName = pCandidate->m_Name;
     }
     bool keep = false;
-    result = judge(text, pCandidate, io_Nodes, namePosition, position, keep);
+    result = judge(*parser, cost, pCandidate, io_Nodes, namePosition, position, keep);
     if (keep) {
       kept.push_back(pCandidate);
     }
@@ -85,44 +98,40 @@ TErrorCode XPathPredicate::fiterNodes(std::list<Node*>& io_Nodes) const {
     ++position;
   }
   io_Nodes.swap(kept);
-  HOST_TRACE(trace, 3) << "FilteredNodes.size() = " << static_cast<unsigned long>(io_Nodes.size());
-  HOST_TRACE(trace, 3) << "result = " << result;
   return result;
 }
 
-TErrorCode XPathPredicate::judge(const String& i_Condition, Node* i_pCandidate,
-                                 std::list<Node*>& i_Candidates, long i_RootPosition,
-                                 long i_Position, bool& o_Keep) const {
-  Trace trace(Tracer::getInstance(TRACE_COMPONENT), "XPathPredicate::fiterNodes");
+TErrorCode XPathPredicate::judge(XPathExpressionsParser& io_Parser, unsigned long i_Cost,
+                                 Node* i_pCandidate, std::list<Node*>& i_Candidates,
+                                 long i_RootPosition, long i_Position, bool& o_Keep) const {
+  Trace trace(pluginTracer(), "XPathPredicate::fiterNodes");
   HOST_TRACE(trace, 3) << "Node to check = " << i_pCandidate->m_Name
                        << " root position = " << i_RootPosition;
   o_Keep = false;
-  if (!admitEvaluationWork(XPATH_PREDICATE_EVALUATION_COST +
-                           i_Condition.length() / XPATH_PREDICATE_CHARACTERS_PER_COST)) {
+  if (!admitEvaluationWork(i_Cost)) {
     return XML_PLUGIN_ERROR_XPATH_UNSUPPORTED_EXPRESSION;
   }
-  XPathExpressionsParser parser(i_Condition);
-  parser.setSiblings(&i_Candidates);
-  parser.setRootPosition(i_RootPosition);
-  TErrorCode result = parser.runParser(i_pCandidate);
+  io_Parser.setSiblings(&i_Candidates);
+  io_Parser.setRootPosition(i_RootPosition);
+  TErrorCode result = io_Parser.runParser(i_pCandidate);
   HOST_TRACE(trace, 3) << "result after runParser = " << result;
   if (result != 0) {
     return result;
   }
   XPathOutputElements values;
   OutputElementsGuard guard(values);
-  result = parser.getValues(values);
+  result = io_Parser.getValues(values);
   if (result != 0 || values.empty()) {
     return result;
   }
   HOST_TRACE(trace, 3) << "result OK. values.size() = "
                        << static_cast<unsigned long>(values.size());
-  switch (parser.getXPathOutputType()) {
+  switch (io_Parser.getXPathOutputType()) {
     case BooleanType:
       o_Keep = values.front()->m_Value.compareTo(L"true") == 0;
       break;
     case NumberType:
-      o_Keep = values.front()->m_Value == String::valueOf(i_Position);
+      o_Keep = values.front()->m_Value == formatInteger(i_Position);
       break;
     case StringType:
     case NodeSetType:

@@ -10,6 +10,8 @@
 
 namespace XmlPlugin {
 
+class XPathExpressionsParser;
+
 class XPathPredicate {
  public:
   // i_Expression is the predicate text with its square brackets.
@@ -44,8 +46,13 @@ class XPathPredicate {
   // The predicate text without its brackets.
   String condition() const { return m_pText->substring(m_Open + 1, m_Close - 1); }
   void keepAnchored(std::list<Node*>& io_Nodes) const;
-  TErrorCode judge(const String& i_Condition, Node* i_pCandidate, std::list<Node*>& i_Candidates,
-                   long i_RootPosition, long i_Position, bool& o_Keep) const;
+  // fiterNodes over a list that is not empty: the condition compiled once, run per candidate.
+  TErrorCode keepMatching(std::list<Node*>& io_Nodes) const;
+  // One candidate's verdict from a run of the compiled condition; i_Cost is what the run
+  // counts against the evaluation bounds.
+  TErrorCode judge(XPathExpressionsParser& io_Parser, unsigned long i_Cost, Node* i_pCandidate,
+                   std::list<Node*>& i_Candidates, long i_RootPosition, long i_Position,
+                   bool& o_Keep) const;
 
   std::shared_ptr<const String> m_pText;
   int m_Open;   // the opening bracket in m_pText

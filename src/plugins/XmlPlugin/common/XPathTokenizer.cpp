@@ -17,6 +17,7 @@
 
 #include <string>
 
+#include "PluginTracer.h"
 #include "XPathArgument.h"
 #include "XPathNameCharClasses.h"
 #include "XPathOperator.h"
@@ -89,7 +90,7 @@ class UnionText {
 }  // namespace
 
 XPathTokenizer::XPathTokenizer(const String& i_XPath)
-    : m_Tracer(Tracer::getInstance(TRACE_COMPONENT)),
+    : m_Tracer(pluginTracer()),
       m_XPath(String(L"(").concat(i_XPath).concat(L')')),
       m_pText(m_XPath.c_str()),
       m_Length(m_XPath.length()) {

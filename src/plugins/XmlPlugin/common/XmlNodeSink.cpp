@@ -1,5 +1,6 @@
 #include "XmlNodeSink.h"
 
+#include "PluginTracer.h"
 #include "XmlPluginConstants.h"
 #include "host/Trace.h"
 
@@ -8,7 +9,7 @@ namespace {
 
 TErrorCode traceReaderMessage(const char* i_Function, int i_Level, const char* i_Kind,
                               const String& i_Message, int i_Line) {
-  Trace trace(Tracer::getInstance(TRACE_COMPONENT), i_Function);
+  Trace trace(pluginTracer(), i_Function);
   HOST_TRACE(trace, i_Level) << i_Kind << " parsing XML file at line " << i_Line
                              << " message is: " << i_Message;
   return 0;

@@ -3,6 +3,7 @@
 #include <cwchar>
 
 #include "HostBoundary.h"
+#include "XPathExpressionCache.h"
 #include "XmlCache.h"
 #include "XmlValue.h"
 #include "XmlValues.h"
@@ -33,6 +34,7 @@ TErrorCode XmlPlugin::initializePlugin() {
 
 void XmlPlugin::cleanupPlugin() {
   ::XmlPlugin::XmlCache::cleanup();
+  ::XmlPlugin::XPathExpressionCache::cleanup();
 }
 
 TErrorCode XmlPlugin::createExpression(const wchar_t* i_TypeName, Expression** o_pExpression) {

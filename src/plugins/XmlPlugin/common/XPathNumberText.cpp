@@ -1,0 +1,123 @@
+#include "XPathNumberText.h"
+
+#include <locale.h>
+#include <stdlib.h>
+
+#include <charconv>
+#include <cmath>
+#include <cwctype>
+#include <limits>
+#include <string>
+
+namespace XmlPlugin {
+
+namespace {
+
+bool isClassicSpace(wchar_t i_Character) {
+  return i_Character == L' ' || (i_Character >= L'\t' && i_Character <= L'\r');
+}
+
+bool isDigit(wchar_t i_Character) {
+  return i_Character >= L'0' && i_Character <= L'9';
+}
+
+// The characters a stream extraction of a double gathers before it converts them: a sign,
+// then digits, one point before any exponent, and an exponent mark (with its sign) once a
+// digit was seen.
+std::string gatherNumeral(const wchar_t* i_pBegin, const wchar_t* i_pEnd) {
+  const wchar_t* p = i_pBegin;
+  while (p != i_pEnd && isClassicSpace(*p)) {
+    ++p;
+  }
+  std::string numeral;
+  if (p != i_pEnd && (*p == L'+' || *p == L'-')) {
+    numeral += static_cast<char>(*p++);
+  }
+  bool digit = false;
+  bool point = false;
+  bool exponent = false;
+  for (; p != i_pEnd; ++p) {
+    if (isDigit(*p)) {
+      numeral += static_cast<char>(*p);
+      digit = true;
+    } else if (*p == L'.' && !point && !exponent) {
+      numeral += '.';
+      point = true;
+    } else if ((*p == L'e' || *p == L'E') && digit && !exponent) {
+      numeral += 'e';
+      exponent = true;
+      if (p + 1 != i_pEnd && (p[1] == L'+' || p[1] == L'-')) {
+        numeral += static_cast<char>(*++p);
+      }
+    } else {
+      break;
+    }
+  }
+  return numeral;
+}
+
+// The C library's conversion in the classic locale whatever the process locale is, which is
+// what the stream extraction ends in.
+locale_t classicLocale() {
+  static const locale_t s_Locale = newlocale(LC_ALL_MASK, "C", static_cast<locale_t>(0));
+  return s_Locale;
+}
+
+}  // namespace
+
+String formatNumber(double i_Value) {
+  char narrow[32];
+  const std::to_chars_result written =
+      std::to_chars(narrow, narrow + sizeof(narrow), i_Value, std::chars_format::general, 6);
+  wchar_t wide[sizeof(narrow)];
+  const int length = static_cast<int>(written.ptr - narrow);
+  for (int i = 0; i < length; ++i) {
+    wide[i] = static_cast<wchar_t>(narrow[i]);
+  }
+  return String(wide, length);
+}
+
+String formatInteger(long i_Value) {
+  wchar_t digits[24];
+  wchar_t* pBegin = digits + sizeof(digits) / sizeof(digits[0]);
+  // Through the unsigned magnitude, so that the most negative value has one too.
+  unsigned long magnitude =
+      i_Value < 0 ? 0UL - static_cast<unsigned long>(i_Value) : static_cast<unsigned long>(i_Value);
+  do {
+    *--pBegin = static_cast<wchar_t>(L'0' + magnitude % 10);
+    magnitude /= 10;
+  } while (magnitude != 0);
+  if (i_Value < 0) {
+    *--pBegin = L'-';
+  }
+  return String(pBegin, static_cast<int>(digits + sizeof(digits) / sizeof(digits[0]) - pBegin));
+}
+
+bool readNumber(std::wstring_view i_Text, double& o_Value) {
+  const std::string numeral = gatherNumeral(i_Text.data(), i_Text.data() + i_Text.size());
+  if (numeral.empty()) {
+    return false;
+  }
+  char* pEnd = nullptr;
+  const double value = strtod_l(numeral.c_str(), &pEnd, classicLocale());
+  if (pEnd != numeral.c_str() + numeral.size()) {
+    return false;
+  }
+  o_Value = std::isinf(value) ? std::copysign(std::numeric_limits<double>::max(), value) : value;
+  return true;
+}
+
+std::wstring_view trimmedView(const String& i_Text) {
+  const std::wstring_view text(i_Text.c_str(), static_cast<size_t>(i_Text.length()));
+  size_t begin = 0;
+  size_t end = text.size();
+  while (begin < end && std::iswspace(static_cast<wint_t>(text[begin])) != 0) {
+    ++begin;
+  }
+  while (end > begin && std::iswspace(static_cast<wint_t>(text[end - 1])) != 0) {
+    --end;
+  }
+  return text.substr(begin, end - begin);
+}
+
+}  // namespace XmlPlugin

@@ -1,0 +1,99 @@
+// Compiled expressions kept by text: each run answers for its own document and context.
+#include "XPathExpressionCache.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <fstream>
+#include <string>
+#include <vector>
+
+#include "EngineAnswer.h"
+#include "XmlCache.h"
+#include "XmlPluginConstants.h"
+#include "host/Trace.h"
+
+using namespace XmlPlugin;
+
+namespace {
+
+std::string writeFile(const std::string& i_Name, const std::string& i_Xml) {
+  const std::string path = testing::TempDir() + i_Name;
+  std::ofstream(path) << i_Xml;
+  return path;
+}
+
+std::string evaluate(XPathExpressionsParser& io_Parser) {
+  XPathOutputElements values;
+  OutputElementsGuard guard(values);
+  const TErrorCode result = io_Parser.runParser(nullptr);
+  if (result != 0 || io_Parser.getValues(values) != 0 || values.size() != 1) {
+    return "error:" + std::to_string(result);
+  }
+  return values.front()->m_Value.toNarrow();
+}
+
+class XPathExpressionCacheTest : public testing::Test {
+ protected:
+  void TearDown() override {
+    XmlCache::cleanup();
+    XPathExpressionCache::cleanup();
+  }
+};
+
+}  // namespace
+
+TEST_F(XPathExpressionCacheTest, SameTextOverTwoDocuments) {
+  const std::string first = writeFile("cache_first.xml", "<a><b id='1'>x</b><b>y</b></a>");
+  const std::string second =
+      writeFile("cache_second.xml", "<a><b>p</b><b id='2'>q</b><b id='3'>r</b></a>");
+  for (int round = 0; round < 2; ++round) {
+    EXPECT_EQ(engineAnswer("count(/a/b)", first), "0:2");
+    EXPECT_EQ(engineAnswer("count(/a/b)", second), "0:3");
+    EXPECT_EQ(engineAnswer("/a/b[@id]", first), "0:x");
+    EXPECT_EQ(engineAnswer("/a/b[@id]", second), "0:q,r");
+    EXPECT_EQ(engineAnswer("/a/b[position() = 2]", first), "0:y");
+  }
+}
+
+TEST_F(XPathExpressionCacheTest, TextThatDoesNotCompileFailsTheSameWayEachTime) {
+  const std::string file = writeFile("cache_failing.xml", "<a><b/></a>");
+  std::vector<std::wstring> errors;
+  Tracer::setLevel(1);
+  Tracer::setListener([&errors](const TraceRecord& i_Record) { errors.push_back(i_Record.text); });
+  const std::string wrong = std::to_string(XML_PLUGIN_ERROR_XPATH_WRONG_EXPRESSION) + ":";
+  EXPECT_EQ(engineAnswer("1 +", file), wrong);
+  EXPECT_EQ(engineAnswer("1 +", file), wrong);
+  EXPECT_EQ(engineAnswer("/a/b[1 +]", file), wrong);
+  EXPECT_EQ(engineAnswer("/a/b[1 +]", file), wrong);
+  Tracer::setListener(nullptr);
+  Tracer::setLevel(0);
+  EXPECT_EQ(std::count(errors.begin(), errors.end(), L"Tokenizing error"), 4);
+}
+
+TEST_F(XPathExpressionCacheTest, TextLentTwiceAtOnceRunsApart) {
+  XPathExpressionCache* pCache = XPathExpressionCache::get();
+  const XPathExpressionCache::Lease outer = pCache->acquire(String("concat('a', 'b')"));
+  ASSERT_EQ(evaluate(*outer), "ab");
+  {
+    const XPathExpressionCache::Lease inner = pCache->acquire(String("concat('a', 'b')"));
+    EXPECT_EQ(evaluate(*inner), "ab");
+  }
+  XPathOutputElements values;
+  OutputElementsGuard guard(values);
+  ASSERT_EQ(outer->getValues(values), 0) << "the outer run's value survives the inner one";
+  EXPECT_EQ(values.front()->m_Value.toNarrow(), "ab");
+}
+
+TEST_F(XPathExpressionCacheTest, ManyTextsStayCorrectPastTheBound) {
+  XPathExpressionCache* pCache = XPathExpressionCache::get();
+  for (int round = 0; round < 2; ++round) {
+    for (size_t i = 0; i < 2 * XPATH_CACHED_EXPRESSIONS; ++i) {
+      const XPathExpressionCache::Lease parser =
+          pCache->acquire(String((std::to_string(i) + " + 1").c_str()));
+      EXPECT_EQ(evaluate(*parser), std::to_string(i + 1));
+    }
+  }
+  const std::string longText(XPATH_CACHED_TEXT_LENGTH, ' ');
+  EXPECT_EQ(evaluate(*pCache->acquire(String((longText + "2 * 3").c_str()))), "6");
+}
