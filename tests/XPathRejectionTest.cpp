@@ -1,5 +1,5 @@
-// Why a text is rejected: the tokenizer writes one reason record with the column where
-// recognition stopped and what was found there.
+// Why a text is rejected: each run of a rejected text writes one reason record with the
+// column where recognition stopped and what was found there.
 #include "XPathRejection.h"
 
 #include <gtest/gtest.h>
@@ -7,8 +7,10 @@
 #include <string>
 #include <vector>
 
+#include "XPathExpressionsParser.h"
 #include "XPathTokenizer.h"
 #include "XmlPlugin/XmlPluginReasons.h"
+#include "XmlPluginConstants.h"
 #include "host/Trace.h"
 
 using namespace XmlPlugin;
@@ -30,12 +32,11 @@ class XPathRejectionTest : public testing::Test {
     Tracer::setLevel(0);
   }
 
-  // The reasons the tokenizer gave for i_XPath.
+  // The reasons a run of i_XPath gave.
   std::vector<std::string> reasonsFor(const std::wstring& i_XPath) {
+    XPathExpressionsParser parser{String(i_XPath)};
     m_Reasons.clear();
-    XPathTokenizer tokenizer{String(i_XPath)};
-    tokenizer.start();
-    tokenizer.releaseItems();
+    parser.runParser(nullptr);
     return m_Reasons;
   }
 
@@ -87,6 +88,17 @@ TEST_F(XPathRejectionTest, EachRejectedTextSaysWhereAndWhy) {
         "XPath text rejected at column " + std::to_string(row.column) + ": " + row.reason;
     EXPECT_EQ(reasonsFor(row.xpath), std::vector<std::string>{expected})
         << String(row.xpath.substr(0, 40)).toNarrow();
+  }
+}
+
+TEST_F(XPathRejectionTest, EveryRunOfACompiledTextGivesItsReason) {
+  // A compiled text is kept and run again for the next request: that one needs its reason too.
+  XPathExpressionsParser parser{String(L"cout(a)")};
+  for (int run = 0; run < 2; ++run) {
+    m_Reasons.clear();
+    EXPECT_EQ(parser.runParser(nullptr), XML_PLUGIN_ERROR_XPATH_WRONG_EXPRESSION);
+    EXPECT_EQ(m_Reasons,
+              std::vector<std::string>{"XPath text rejected at column 1: unknown function `cout`"});
   }
 }
 

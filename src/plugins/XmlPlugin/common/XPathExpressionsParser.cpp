@@ -20,6 +20,7 @@
 
 #include "PluginTracer.h"
 #include "XPathTokenizer.h"
+#include "XmlPlugin/XmlPluginReasons.h"
 #include "XmlPluginConstants.h"
 #include "host/Trace.h"
 
@@ -59,7 +60,8 @@ XPathExpressionsParser::XPathExpressionsParser(const String& i_XPath) {
   XPathTokenizer tokenizer(i_XPath);
   m_Status = tokenizer.start();
   if (m_Status != 0) {
-    return;  // every run reports it
+    m_Rejection = tokenizer.describeRejection();  // every run reports it
+    return;
   }
   m_Items = tokenizer.releaseItems();
   m_XPathExpressionsVector = tokenizer.getExpressionVector();
@@ -198,6 +200,8 @@ TErrorCode XPathExpressionsParser::runParser(Node* i_pStartNode) {
   m_pStartNode = i_pStartNode;
   if (m_Status != 0) {
     HOST_TRACE(trace, 1) << "Tokenizing error";
+    Trace reason(pluginTracer(), XML_PLUGIN_REASON_FUNCTION);
+    HOST_TRACE(reason, 1) << m_Rejection;
     return m_Status;
   }
   clearValues();

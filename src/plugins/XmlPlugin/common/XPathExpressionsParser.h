@@ -9,6 +9,7 @@
 #include <deque>
 #include <list>
 #include <memory>
+#include <string>
 #include <vector>
 
 #include "XPathExpression.h"
@@ -66,6 +67,7 @@ class XPathExpressionsParser {
   XPathExpression* m_pResultExpression = nullptr;
   std::vector<XPathExpression*> m_XPathExpressionsVector;
   TErrorCode m_Status = 0;
+  std::wstring m_Rejection;  // why the text was rejected, when m_Status says it was
   std::vector<std::unique_ptr<XPathExpression>> m_Items;  // owns every item
 };
 

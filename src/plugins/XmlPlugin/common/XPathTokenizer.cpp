@@ -22,7 +22,6 @@
 #include "XPathNameCharClasses.h"
 #include "XPathOperator.h"
 #include "XPathRejection.h"
-#include "XmlPlugin/XmlPluginReasons.h"
 #include "XmlPluginConstants.h"
 
 namespace XmlPlugin {
@@ -121,13 +120,12 @@ TErrorCode XPathTokenizer::start() {
     }
   }
   HOST_TRACE(trace, 3) << "result = " << m_Status;
-  if (m_Status != 0) {
-    Trace reason(m_Tracer, XML_PLUGIN_REASON_FUNCTION);
-    // Positions count the wrapping "(".
-    HOST_TRACE(reason, 1)
-        << XPathRejection(std::wstring(m_pText + 1, m_Length - 2), m_Reached - 1).describe();
-  }
   return m_Status;
+}
+
+std::wstring XPathTokenizer::describeRejection() const {
+  // Positions count the wrapping "(".
+  return XPathRejection(std::wstring(m_pText + 1, m_Length - 2), m_Reached - 1).describe();
 }
 
 std::vector<XPathExpression*> XPathTokenizer::getExpressionVector() {

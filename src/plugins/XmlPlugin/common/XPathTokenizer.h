@@ -55,6 +55,8 @@ class XPathTokenizer {
   // 0, or XML_PLUGIN_ERROR_XPATH_WRONG_EXPRESSION when the text is not accepted (also when
   // it nests deeper than XPATH_MAX_NESTING or is longer than XPATH_MAX_LENGTH).
   TErrorCode start();
+  // After start() failed: where and why the text was rejected, in a rule author's words.
+  std::wstring describeRejection() const;
   // The items in source order, without the wrapping parentheses (borrowed).
   std::vector<XPathExpression*> getExpressionVector();
   // Hands every item the tokenizer made (also those that merging replaced) to the caller.
