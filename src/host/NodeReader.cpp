@@ -66,7 +66,8 @@ class ExpatSession {
         io_Sink.onCriticalError(io_File.failure(), 0);
         return io_File.status();
       }
-      const bool isFinal = count == 0;
+      // The file is read as it was when opened: what it gained since is not waited for.
+      const bool isFinal = count == 0 || io_File.readAll();
       if (XML_ParseBuffer(m_pParser.get(), static_cast<int>(count), isFinal) != XML_STATUS_OK) {
         return m_Stopped ? refused(io_Sink) : malformed(io_Sink);
       }
@@ -182,6 +183,8 @@ NodeReader::NodeReader(NodeSink& i_Sink)
       m_TrimText(0),
       m_Status(NODE_READER_STATUS_OK),
       m_ChunkSize(0),
+      m_TreeBytes(0),
+      m_NodeCount(0),
       m_Sink(i_Sink) {}
 
 NodeReader::~NodeReader() {}
@@ -195,14 +198,20 @@ TErrorCode NodeReader::process(const String& i_FileName, int) {
     }
     TreeBuilder builder(TreeOptions{m_KeepBlankText != 0, m_SkipComments != 0, m_TrimText != 0});
     ExpatSession session(builder);
-    // No read is larger than the largest file, which keeps the size an int for Expat.
-    const uint32_t chunkSize = m_ChunkSize != 0 ? std::min(m_ChunkSize, NODE_READER_MAX_FILE_SIZE)
-                                                : NODE_READER_CHUNK_SIZE;
+    // One read of the whole file saves Expat copying from block to block. No read is larger
+    // than the largest file, which keeps the size an int for Expat.
+    const uint64_t wholeFile = std::max<int64_t>(file.identity().m_Size, 1);
+    const uint64_t chunkSize =
+        std::min<uint64_t>(m_ChunkSize != 0 ? m_ChunkSize : wholeFile, NODE_READER_MAX_FILE_SIZE);
     m_Status = session.parse(file, chunkSize, m_Sink);
     if (m_Status != NODE_READER_STATUS_OK) {
       return m_Status;
     }
-    m_Sink.onNodeTree(builder.finish().release());
+    std::unique_ptr<DocumentRoot> pTree = builder.finish();
+    m_FileIdentity = file.identity();
+    m_TreeBytes = pTree ? pTree->bytes() : 0;
+    m_NodeCount = pTree ? pTree->nodeCount() : 0;
+    m_Sink.onNodeTree(pTree.release());
   } catch (...) {
     m_Status = NODE_READER_STATUS_REFUSED;
     m_Sink.onCriticalError(String(L"out of memory"), 0);

@@ -1,0 +1,106 @@
+#include "TreeArena.h"
+
+#include <sys/mman.h>
+
+#include <algorithm>
+#include <new>
+
+#include "StringBuffer.h"
+#include "Utf8.h"
+
+namespace {
+
+// Blocks double from a size that keeps a small document small to the size of a huge page.
+// Fresh memory costs a page fault per page touched: from then on blocks are mapped as huge
+// pages where the kernel allows it, one fault per 2 MiB instead of one per 4 KiB.
+const size_t FIRST_BLOCK_SIZE = 4 * 1024;
+const size_t HUGE_PAGE_SIZE = 2 * 1024 * 1024;
+
+// A block of huge pages (aligned to their size so that the kernel can use them), or null.
+void* mapHugePages(size_t i_Size) {
+  const size_t mappedSize = i_Size + HUGE_PAGE_SIZE;
+  void* pMapped =
+      mmap(nullptr, mappedSize, PROT_READ | PROT_WRITE, MAP_PRIVATE | MAP_ANONYMOUS, -1, 0);
+  if (pMapped == MAP_FAILED) {
+    return nullptr;
+  }
+  char* pStart = static_cast<char*>(pMapped);
+  char* pAligned = reinterpret_cast<char*>(
+      (reinterpret_cast<uintptr_t>(pStart) + HUGE_PAGE_SIZE - 1) & ~(HUGE_PAGE_SIZE - 1));
+  if (pAligned != pStart) {
+    munmap(pStart, static_cast<size_t>(pAligned - pStart));
+  }
+  const size_t tail = static_cast<size_t>(pStart + mappedSize - (pAligned + i_Size));
+  if (tail != 0) {
+    munmap(pAligned + i_Size, tail);
+  }
+  // Only advice: where huge pages are not to be had, the block works with small ones.
+  madvise(pAligned, i_Size, MADV_HUGEPAGE);
+  return pAligned;
+}
+
+// No copy can reach zero from here: a tree holds far fewer than 2^30 strings.
+const int PLACED_REFERENCES = 1 << 30;
+
+}  // namespace
+
+TreeArena::TreeArena() : m_NextBlockSize(FIRST_BLOCK_SIZE) {}
+
+TreeArena::~TreeArena() {
+  for (const Block& block : m_Blocks) {
+    if (block.m_Mapped) {
+      munmap(block.m_pMemory, block.m_Size);
+    } else {
+      ::operator delete(block.m_pMemory);
+    }
+  }
+}
+
+void TreeArena::addBlock(size_t i_MinimumSize) {
+  m_Blocks.reserve(m_Blocks.size() + 1);
+  Block block{nullptr, std::max(m_NextBlockSize, i_MinimumSize), false};
+  if (block.m_Size >= HUGE_PAGE_SIZE) {
+    block.m_Size = (block.m_Size + HUGE_PAGE_SIZE - 1) & ~(HUGE_PAGE_SIZE - 1);
+    block.m_pMemory = mapHugePages(block.m_Size);
+    block.m_Mapped = block.m_pMemory != nullptr;
+  }
+  if (!block.m_Mapped) {
+    block.m_pMemory = ::operator new(block.m_Size);
+  }
+  m_Blocks.push_back(block);
+  m_pNext = static_cast<char*>(block.m_pMemory);
+  m_pEnd = m_pNext + block.m_Size;
+  m_Bytes += block.m_Size;
+  m_NextBlockSize = std::min(2 * m_NextBlockSize, HUGE_PAGE_SIZE);
+}
+
+void* TreeArena::allocate(size_t i_Size, size_t i_Alignment) {
+  const size_t misalignment = reinterpret_cast<uintptr_t>(m_pNext) % i_Alignment;
+  size_t padding = misalignment == 0 ? 0 : i_Alignment - misalignment;
+  if (m_pNext == nullptr || static_cast<size_t>(m_pEnd - m_pNext) < padding + i_Size) {
+    // A new block starts aligned for every type placed here.
+    addBlock(i_Size);
+    padding = 0;
+  }
+  void* pPlace = m_pNext + padding;
+  m_pNext += padding + i_Size;
+  return pPlace;
+}
+
+bool TreeArena::decode(std::string_view i_Bytes, String& o_Text) {
+  if (i_Bytes.empty()) {
+    o_Text = String();
+    return true;
+  }
+  // Room for as many characters as bytes, the most they can give; the rest is handed back.
+  void* pMemory = allocate(String::Buffer::bytesFor(i_Bytes.size()), alignof(String::Buffer));
+  String::Buffer* pBuffer = new (pMemory) String::Buffer{{PLACED_REFERENCES}, 0, 0};
+  size_t count = 0;
+  const bool valid = HostUtf8::decode(i_Bytes.data(), i_Bytes.size(), pBuffer->chars(), count);
+  pBuffer->chars()[count] = L'\0';
+  pBuffer->m_Length = static_cast<int>(count);
+  pBuffer->m_Capacity = static_cast<int>(count);
+  m_pNext = reinterpret_cast<char*>(pBuffer->chars() + count + 1);
+  o_Text = String(pBuffer);
+  return valid;
+}
