@@ -18,6 +18,9 @@ XmlFileParser::XmlFileParser(const String& i_FileName, XmlNodeSink& i_Sink) {
   // The reader's status, not process()'s result, tells whether the parse failed.
   reader.process(i_FileName, 0);
   m_Status = reader.m_Status;
+  m_FileIdentity = reader.m_FileIdentity;
+  m_TreeBytes = reader.m_TreeBytes;
+  m_NodeCount = reader.m_NodeCount;
 }
 
 }  // namespace XmlPlugin
