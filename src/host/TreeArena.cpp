@@ -104,3 +104,7 @@ bool TreeArena::decode(std::string_view i_Bytes, String& o_Text) {
   o_Text = String(pBuffer);
   return valid;
 }
+
+String TreeArena::fromHandle(const void* i_Handle) {
+  return String(static_cast<String::Buffer*>(const_cast<void*>(i_Handle)));
+}

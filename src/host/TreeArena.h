@@ -52,6 +52,12 @@ class TreeArena {
   // valid UTF-8; o_Text then holds them with U+FFFD in place of each invalid sequence.
   bool decode(std::string_view i_Bytes, String& o_Text);
 
+  // A string placed here as a plain pointer, and a copy of it made from that pointer. The
+  // copy is not counted, which no placed string needs: keeping and sharing values while a
+  // tree is built then touches neither the string nor its characters.
+  static const void* handleOf(const String& i_Placed) { return i_Placed.m_Buffer; }
+  static String fromHandle(const void* i_Handle);
+
   // Bytes of the blocks taken so far: what the tree holds.
   size_t bytes() const { return m_Bytes; }
 

@@ -53,11 +53,15 @@ bool TreeBuilder::readValue(std::string_view i_Bytes, String& o_Value) {
   if (i_Bytes.empty() || i_Bytes.size() > ValueCache::MAX_BYTES) {
     return decode(i_Bytes, o_Value);
   }
-  if (const String* pKept = m_RecentValues.replace(i_Bytes, o_Value)) {
-    o_Value = *pKept;
+  if (const void* pKept = m_RecentValues.find(i_Bytes)) {
+    o_Value = TreeArena::fromHandle(pKept);
     return true;
   }
-  return decode(i_Bytes, o_Value);
+  if (!decode(i_Bytes, o_Value)) {
+    return false;
+  }
+  m_RecentValues.keep(i_Bytes, TreeArena::handleOf(o_Value));
+  return true;
 }
 
 bool TreeBuilder::readName(const char* i_Name, String& o_Name) {
@@ -77,7 +81,6 @@ StringMap* TreeBuilder::attributes(const char** i_Attributes, int32_t i_Count,
   if (i_Count == 0) {
     return noAttributes();
   }
-  // Read in place: the tree's strings are where shared values point.
   String* pStrings = m_pStorage->createMany<String>(2 * static_cast<size_t>(i_Count));
   for (int32_t i = 0; i < i_Count; ++i) {
     if (!readName(i_Attributes[2 * i], pStrings[i]) ||

@@ -52,7 +52,7 @@ class TreeBuilder {
   // Decodes UTF-8 text into the tree's storage.
   bool decode(std::string_view i_Bytes, String& o_Text);
   bool readName(const char* i_Name, String& o_Name);
-  // o_Value is where the tree keeps the value: later equal values may share it from there.
+  // Decodes a value, sharing the characters of an equal short value read before.
   bool readValue(std::string_view i_Bytes, String& o_Value);
   StringMap* attributes(const char** i_Attributes, int32_t i_Count, int32_t i_FirstNumber);
   // Whether comments and processing instructions are dropped here.
