@@ -1,6 +1,7 @@
 #include "TreeArena.h"
 
 #include <sys/mman.h>
+#include <unistd.h>
 
 #include <algorithm>
 #include <new>
@@ -85,6 +86,22 @@ void* TreeArena::allocate(size_t i_Size, size_t i_Alignment) {
   void* pPlace = m_pNext + padding;
   m_pNext += padding + i_Size;
   return pPlace;
+}
+
+void TreeArena::trim() {
+  if (m_Blocks.empty() || !m_Blocks.back().m_Mapped) {
+    return;
+  }
+  Block& last = m_Blocks.back();
+  const uintptr_t pageSize = static_cast<uintptr_t>(sysconf(_SC_PAGESIZE));
+  char* pUnused = reinterpret_cast<char*>((reinterpret_cast<uintptr_t>(m_pNext) + pageSize - 1) &
+                                          ~(pageSize - 1));
+  char* pStart = static_cast<char*>(last.m_pMemory);
+  if (pUnused < pStart + last.m_Size && munmap(pUnused, pStart + last.m_Size - pUnused) == 0) {
+    m_Bytes -= static_cast<size_t>(pStart + last.m_Size - pUnused);
+    last.m_Size = static_cast<size_t>(pUnused - pStart);
+  }
+  m_pNext = m_pEnd = pStart + last.m_Size;
 }
 
 bool TreeArena::decode(std::string_view i_Bytes, String& o_Text) {

@@ -58,6 +58,10 @@ class TreeArena {
   static const void* handleOf(const String& i_Placed) { return i_Placed.m_Buffer; }
   static String fromHandle(const void* i_Handle);
 
+  // Gives the unused end of the last block back to the system where it can (a mapped block);
+  // nothing more may be placed afterwards.
+  void trim();
+
   // Bytes of the blocks taken so far: what the tree holds.
   size_t bytes() const { return m_Bytes; }
 

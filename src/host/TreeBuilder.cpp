@@ -219,6 +219,7 @@ std::unique_ptr<DocumentRoot> TreeBuilder::finish() {
   if (!m_Failure.isEmpty() || !m_OpenElements.empty() || !m_pRoot) {
     return nullptr;
   }
+  m_pStorage->trim();
   m_pRoot->adopt(std::move(m_pStorage), m_NodeCount);
   return std::move(m_pRoot);
 }
