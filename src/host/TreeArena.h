@@ -69,7 +69,7 @@ class TreeArena {
   struct Block {
     void* m_pMemory;
     size_t m_Size;
-    bool m_Mapped;  // mapped for huge pages rather than taken from the heap
+    bool m_Mapped;  // mapped rather than taken from the heap
   };
 
   void* allocate(size_t i_Size, size_t i_Alignment);
