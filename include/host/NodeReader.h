@@ -38,6 +38,7 @@ const uint32_t NODE_READER_MAX_FILE_SIZE = 64u * 1024u * 1024u;  // bytes
 const int NODE_READER_MAX_DEPTH = 2048;                          // nested elements
 const int NODE_READER_MAX_NAME_LENGTH = 4096;                    // characters of a name
 const int NODE_READER_MAX_ATTRIBUTES = 4096;                     // attributes of one element
+const uint32_t NODE_READER_CHUNK_SIZE = 64u * 1024u;             // bytes parsed at a time
 
 class NodeReader {
  public:
@@ -58,7 +59,7 @@ class NodeReader {
   uint8_t m_TrimText;       // 1: trim white space around text
   // 0 after a successful process(), non-zero after a failure (NODE_READER_STATUS_*).
   int32_t m_Status;
-  // Bytes read and parsed at a time; 0: the whole file at once.
+  // Bytes read and parsed at a time; 0: NODE_READER_CHUNK_SIZE.
   uint32_t m_ChunkSize;
 
   // After a successful process(): the file read (as it was when opened), and the bytes and

@@ -19,8 +19,6 @@ class RegularFile {
 
   // Reads up to i_Size bytes: the count read, 0 at the end of the file, -1 on failure.
   long read(void* o_pBuffer, size_t i_Size);
-  // Whether as many bytes have been read as the file had when it was opened.
-  bool readAll() const { return m_BytesRead >= static_cast<uint64_t>(m_Identity.m_Size); }
 
   // The file as it was when opened.
   const FileIdentity& identity() const { return m_Identity; }
