@@ -13,7 +13,9 @@ namespace {
 
 // Blocks double from a size that keeps a small document small to 2 MiB, which makes a large
 // document's blocks few. From there on they are mapped, so that the end of the last one that the
-// tree does not use goes back to the system.
+// tree does not use goes back to the system, and populated when mapped: a page fault costs
+// microseconds on this project's virtual machines, and filling the 2 MiB at once took the
+// 10 MB catalogue of the load benchmark from 187 to 153 ms.
 //
 // Huge pages for the mapped blocks (MADV_HUGEPAGE) were measured, loading each catalogue into a
 // fresh process: 10 MB loaded 5% faster, 48 MB 25% slower, the kernel clearing the 2 MiB pages
@@ -42,8 +44,8 @@ void TreeArena::addBlock(size_t i_MinimumSize) {
   m_Blocks.reserve(m_Blocks.size() + 1);
   Block block{nullptr, std::max(m_NextBlockSize, i_MinimumSize), false};
   if (block.m_Size >= LARGEST_BLOCK_SIZE) {
-    void* pMapped =
-        mmap(nullptr, block.m_Size, PROT_READ | PROT_WRITE, MAP_PRIVATE | MAP_ANONYMOUS, -1, 0);
+    void* pMapped = mmap(nullptr, block.m_Size, PROT_READ | PROT_WRITE,
+                         MAP_PRIVATE | MAP_ANONYMOUS | MAP_POPULATE, -1, 0);
     block.m_Mapped = pMapped != MAP_FAILED;
     block.m_pMemory = block.m_Mapped ? pMapped : nullptr;
   }
