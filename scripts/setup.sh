@@ -21,6 +21,7 @@ PACKAGES=(
   libpugixml-dev      # tree benchmark
   nlohmann-json3-dev  # xmlquery's JSON Lines protocol
   clang-format
+  time                # scripts/cache-memory.sh
 )
 
 # Wait for another apt run on the machine rather than fail.
