@@ -22,6 +22,7 @@ PACKAGES=(
   nlohmann-json3-dev  # xmlquery's JSON Lines protocol
   clang-format        # scripts/check-format.sh
   clang libclang-rt-14-dev  # libFuzzer targets (scripts/fuzz-smoke.sh)
+  time                # scripts/cache-memory.sh
 )
 
 # Wait for another apt run on the machine rather than fail.

@@ -3,6 +3,7 @@
 
 #include <gtest/gtest.h>
 #include <stdlib.h>
+#include <sys/stat.h>
 #include <unistd.h>
 
 #include <cstdio>
@@ -36,6 +37,7 @@ class XmlCacheTest : public testing::Test {
   }
   void TearDown() override {
     XmlCache::cleanup();
+    unsetenv("XMLPLUGIN_CACHE_MAX_MB");
     EXPECT_EQ(chdir(m_Previous.c_str()), 0);
     for (const std::string& name : m_Written) {
       std::remove((m_Directory + "/" + name).c_str());
@@ -46,6 +48,16 @@ class XmlCacheTest : public testing::Test {
   void write(const std::string& i_Name, const std::string& i_Xml) {
     std::ofstream(i_Name) << i_Xml;
     m_Written.push_back(i_Name);
+  }
+
+  // Starts a new cache under the budget (null: none).
+  static void budget(const char* i_MegaBytes) {
+    if (i_MegaBytes == nullptr) {
+      unsetenv("XMLPLUGIN_CACHE_MAX_MB");
+    } else {
+      setenv("XMLPLUGIN_CACHE_MAX_MB", i_MegaBytes, 1);
+    }
+    XmlCache::cleanup();
   }
 
   // The root element's name, or a code.
@@ -76,9 +88,33 @@ TEST_F(XmlCacheTest, LoadsEachNameOnce) {
   write("a.xml", "<second/>");
   EXPECT_EQ(treeOf("a.xml"), pTree);
   EXPECT_EQ(rootOf("a.xml"), "first");
-  // Another spelling of the same path is another entry, read now.
+  // Another spelling of the changed file is another file, read now.
   EXPECT_NE(treeOf("./a.xml"), pTree);
   EXPECT_EQ(rootOf("./a.xml"), "second");
+  EXPECT_EQ(XmlCache::get()->getTreeCount(), 2u);
+}
+
+TEST_F(XmlCacheTest, SpellingsOfOneFileShareOneTree) {
+  write("a.xml", "<a><b>text</b></a>");
+  ASSERT_EQ(mkdir("sub", 0700), 0);
+  ASSERT_EQ(symlink("a.xml", "link.xml"), 0);
+  m_Written.insert(m_Written.end(), {"link.xml", "sub"});
+  const Node* pTree = treeOf("a.xml");
+  ASSERT_NE(pTree, nullptr);
+  const size_t bytes = XmlCache::get()->getHeldBytes();
+  EXPECT_GT(bytes, 0u);
+  const std::vector<std::string> spellings = {"./a.xml", "sub/../a.xml", ".//a.xml", "link.xml",
+                                              m_Directory + "/a.xml"};
+  for (const std::string& spelling : spellings) {
+    EXPECT_EQ(treeOf(spelling.c_str()), pTree) << spelling;
+  }
+  EXPECT_EQ(XmlCache::get()->getTreeCount(), 1u);
+  EXPECT_EQ(XmlCache::get()->getHeldBytes(), bytes);
+  // Each spelling is still an entry of its own: a change is seen by new spellings only.
+  write("a.xml", "<changed/>");
+  EXPECT_EQ(rootOf("link.xml"), "a");
+  EXPECT_EQ(rootOf("sub/./../a.xml"), "changed");
+  EXPECT_EQ(XmlCache::get()->getTreeCount(), 2u);
 }
 
 TEST_F(XmlCacheTest, FailuresAreNotCached) {
@@ -176,6 +212,85 @@ TEST_F(XmlCacheTest, BrokenFileIsTracedWithItsLine) {
   EXPECT_NE(collector.m_Records.front().find("rror parsing XML file at line 3 message is: "),
             std::string::npos)
       << collector.m_Records.front();
+}
+
+TEST_F(XmlCacheTest, LoadIsTracedWithTheTreeSize) {
+  write("s.xml", "<a><b>t</b><c/></a>");
+  TraceCollector collector;
+  EXPECT_EQ(rootOf("s.xml"), "a");
+  const std::string prefix = "3 XmlCache::getXmlTree: Loaded the XML file s.xml: " +
+                             std::to_string(XmlCache::get()->getHeldBytes()) + " bytes, 4 nodes";
+  EXPECT_EQ(collector.m_Records, std::vector<std::string>{prefix});
+}
+
+TEST_F(XmlCacheTest, BudgetKeepsTheHeldBytesWithinIt) {
+  // Each tree of these small files takes a few KiB: about two of them fit in 10 KiB.
+  const size_t budgetBytes = 10 * 1024;
+  budget("0.009765625");
+  for (int round = 0; round < 3; ++round) {
+    for (int file = 0; file < 20; ++file) {
+      const std::string name = "f" + std::to_string(file) + ".xml";
+      if (round == 0) {
+        write(name, "<r" + std::to_string(file) + "><v>" + std::string(100, 'x') + "</v></r" +
+                        std::to_string(file) + ">");
+      }
+      EXPECT_EQ(rootOf(name.c_str()), "r" + std::to_string(file));
+      EXPECT_LE(XmlCache::get()->getHeldBytes(), budgetBytes);
+      EXPECT_GE(XmlCache::get()->getTreeCount(), 1u);
+    }
+  }
+  XmlCache::cleanup();
+}
+
+TEST_F(XmlCacheTest, BudgetEvictsTheLeastRecentlyUsedTree) {
+  write("a.xml", "<a/>");
+  write("b.xml", "<b/>");
+  write("c.xml", "<c/>");
+  budget("0.009765625");  // room for two of these trees
+  rootOf("a.xml");
+  rootOf("b.xml");
+  rootOf("a.xml");
+  TraceCollector collector;
+  EXPECT_EQ(rootOf("c.xml"), "c");
+  EXPECT_EQ(rootOf("a.xml"), "a");  // still held
+  ASSERT_EQ(collector.m_Records.size(), 2u);
+  EXPECT_EQ(collector.m_Records[1].find("3 XmlCache::getXmlTree: Evicted the tree of the XML file "
+                                        "b.xml ("),
+            0u)
+      << collector.m_Records[1];
+  EXPECT_NE(collector.m_Records[1].find(" bytes) to stay within 10240 bytes"), std::string::npos);
+  // An evicted file is read anew.
+  write("b.xml", "<b2/>");
+  EXPECT_EQ(rootOf("b.xml"), "b2");
+}
+
+TEST_F(XmlCacheTest, TreeLargerThanTheBudgetIsAnsweredThenEvictedFirst) {
+  write("big.xml", "<big>" + std::string(4096, 'x') + "</big>");
+  write("a.xml", "<a/>");
+  write("b.xml", "<b/>");
+  budget("0.009765625");
+  EXPECT_EQ(rootOf("big.xml"), "big");
+  EXPECT_EQ(XmlCache::get()->getTreeCount(), 1u);
+  TraceCollector collector;
+  EXPECT_EQ(rootOf("a.xml"), "a");
+  ASSERT_EQ(collector.m_Records.size(), 2u);
+  EXPECT_EQ(collector.m_Records[1].find("3 XmlCache::getXmlTree: Evicted the tree of the XML file "
+                                        "big.xml ("),
+            0u)
+      << collector.m_Records[1];
+  EXPECT_EQ(rootOf("b.xml"), "b");
+  EXPECT_EQ(XmlCache::get()->getTreeCount(), 2u);
+}
+
+TEST_F(XmlCacheTest, BudgetThatIsNotANumberBoundsNothing) {
+  TraceCollector collector;
+  budget("lots");
+  write("a.xml", "<a/>");
+  EXPECT_EQ(rootOf("a.xml"), "a");
+  ASSERT_FALSE(collector.m_Records.empty());
+  EXPECT_EQ(collector.m_Records[0],
+            "1 XmlCache::XmlCache: XMLPLUGIN_CACHE_MAX_MB is not a number of MiB: [lots]; the "
+            "cache is not bounded");
 }
 
 TEST_F(XmlCacheTest, SinkKeepsOnlyTheLastTree) {

@@ -4,7 +4,9 @@
 // Deleting the root (through the virtual destructor) frees the whole tree, without
 // recursion; no other node of a tree may be deleted. A copy made with the copy
 // constructor is shallow: it has the same name, number, kind, attributes and
-// relatives as the original, owns nothing and may be deleted freely.
+// relatives as the original, owns nothing and may be deleted freely. The strings of a
+// tree (names, texts, attribute names and values, and copies of them) keep their
+// characters in the tree's storage: they are valid as long as the tree is.
 #pragma once
 
 #include <cstddef>

@@ -10,6 +10,7 @@
 #include <cstddef>
 #include <cstdint>
 
+#include "host/File.h"
 #include "host/String.h"
 #include "host/Types.h"
 
@@ -63,6 +64,12 @@ class NodeReader {
   // After a malformed document: the column (0-based, as Expat counts) of the error, on the
   // line reported to the sink.
   uint32_t m_ErrorColumn;
+
+  // After a successful process(): the file read (as it was when opened), and the bytes and
+  // nodes of the tree handed to the sink.
+  FileIdentity m_FileIdentity;
+  size_t m_TreeBytes;
+  size_t m_NodeCount;
 
  private:
   NodeSink& m_Sink;

@@ -64,6 +64,9 @@ class String {
 
  private:
   struct Buffer;
+  // Strings whose buffers are placed in a document's storage are made there.
+  friend class TreeArena;
+  explicit String(Buffer* i_pBuffer) : m_Buffer(i_pBuffer) {}
   void release();
   void makeUnique(int i_ExtraCapacity);
   std::wstring_view view() const { return std::wstring_view(c_str(), length()); }

@@ -1,6 +1,6 @@
 #include "DocumentTree.h"
 
-StringMap* TreeStorage::noAttributes() {
+StringMap* noAttributes() {
   static StringMap s_Empty;
   return &s_Empty;
 }

@@ -20,7 +20,7 @@ RegularFile::RegularFile(const String& i_Path, uint64_t i_MaxSize)
     return;
   }
   struct stat status;
-  if (fstat(m_Descriptor, &status) != 0) {
+  if (fstat(m_Descriptor, &status) != 0 || !FileIdentity::ofDescriptor(m_Descriptor, m_Identity)) {
     fail(NODE_READER_STATUS_UNREADABLE,
          String(L"cannot examine file: ").concat(String(strerror(errno))));
   } else if (!S_ISREG(status.st_mode)) {

@@ -7,6 +7,7 @@
 #include <cstddef>
 #include <cstdint>
 
+#include "host/File.h"
 #include "host/String.h"
 
 class RegularFile {
@@ -19,6 +20,9 @@ class RegularFile {
   // Reads up to i_Size bytes: the count read, 0 at the end of the file, -1 on failure.
   long read(void* o_pBuffer, size_t i_Size);
 
+  // The file as it was when opened.
+  const FileIdentity& identity() const { return m_Identity; }
+
   // 0 while the file is usable, else a NODE_READER_STATUS_* value; failure() says why.
   int32_t status() const { return m_Status; }
   const String& failure() const { return m_Failure; }
@@ -28,6 +32,7 @@ class RegularFile {
   void failTooLarge();
 
   int m_Descriptor;
+  FileIdentity m_Identity;
   uint64_t m_MaxSize;
   uint64_t m_BytesRead;
   int32_t m_Status;

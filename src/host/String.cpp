@@ -9,30 +9,8 @@
 #include <new>
 #include <string_view>
 
+#include "StringBuffer.h"
 #include "Utf8.h"
-
-// Header of a shared character buffer; the characters follow it in the same allocation.
-struct String::Buffer {
-  std::atomic<int> m_References;
-  int m_Length;
-  int m_Capacity;
-
-  wchar_t* chars() { return reinterpret_cast<wchar_t*>(this + 1); }
-
-  static Buffer* create(const wchar_t* i_Text, int i_Length, int i_Capacity) {
-    void* pMemory =
-        ::operator new(sizeof(Buffer) + (static_cast<size_t>(i_Capacity) + 1) * sizeof(wchar_t));
-    Buffer* pBuffer = new (pMemory) Buffer{{1}, i_Length, i_Capacity};
-    std::wmemcpy(pBuffer->chars(), i_Text, static_cast<size_t>(i_Length));
-    pBuffer->chars()[i_Length] = L'\0';
-    return pBuffer;
-  }
-
-  static void destroy(Buffer* i_pBuffer) {
-    i_pBuffer->~Buffer();
-    ::operator delete(i_pBuffer);
-  }
-};
 
 namespace {
 

@@ -2,7 +2,6 @@
 
 #include <utility>
 
-#include "Utf8.h"
 #include "host/NodeReader.h"
 
 namespace {
@@ -36,7 +35,7 @@ int32_t countAttributes(const char** i_Attributes) {
 }  // namespace
 
 TreeBuilder::TreeBuilder(const TreeOptions& i_Options)
-    : m_Options(i_Options), m_pStorage(new TreeStorage), m_NextIndex(0) {}
+    : m_Options(i_Options), m_pStorage(new TreeArena), m_NextIndex(0), m_NodeCount(0) {}
 
 bool TreeBuilder::refuse(const String& i_Reason) {
   if (m_Failure.isEmpty()) {
@@ -46,12 +45,7 @@ bool TreeBuilder::refuse(const String& i_Reason) {
 }
 
 bool TreeBuilder::decode(std::string_view i_Bytes, String& o_Text) {
-  m_Decoded.clear();
-  if (!HostUtf8::appendDecoded(i_Bytes.data(), i_Bytes.size(), m_Decoded)) {
-    return refuse(String(L"invalid UTF-8 sequence"));
-  }
-  o_Text = String(m_Decoded);
-  return true;
+  return m_pStorage->decode(i_Bytes, o_Text) || refuse(String(L"invalid UTF-8 sequence"));
 }
 
 bool TreeBuilder::readValue(std::string_view i_Bytes, String& o_Value) {
@@ -59,11 +53,15 @@ bool TreeBuilder::readValue(std::string_view i_Bytes, String& o_Value) {
   if (i_Bytes.empty() || i_Bytes.size() > ValueCache::MAX_BYTES) {
     return decode(i_Bytes, o_Value);
   }
-  if (const String* pKept = m_RecentValues.replace(i_Bytes, o_Value)) {
-    o_Value = *pKept;
+  if (const void* pKept = m_RecentValues.find(i_Bytes)) {
+    o_Value = TreeArena::fromHandle(pKept);
     return true;
   }
-  return decode(i_Bytes, o_Value);
+  if (!decode(i_Bytes, o_Value)) {
+    return false;
+  }
+  m_RecentValues.keep(i_Bytes, TreeArena::handleOf(o_Value));
+  return true;
 }
 
 bool TreeBuilder::readName(const char* i_Name, String& o_Name) {
@@ -81,17 +79,16 @@ bool TreeBuilder::readName(const char* i_Name, String& o_Name) {
 StringMap* TreeBuilder::attributes(const char** i_Attributes, int32_t i_Count,
                                    int32_t i_FirstNumber) {
   if (i_Count == 0) {
-    return TreeStorage::noAttributes();
+    return noAttributes();
   }
-  // Read in place: the tree's strings are where shared values point.
-  String* pStrings = m_pStorage->m_AttributeStrings.createMany(2 * static_cast<size_t>(i_Count));
+  String* pStrings = m_pStorage->createMany<String>(2 * static_cast<size_t>(i_Count));
   for (int32_t i = 0; i < i_Count; ++i) {
     if (!readName(i_Attributes[2 * i], pStrings[i]) ||
         !readValue(i_Attributes[2 * i + 1], pStrings[i_Count + i])) {
       return nullptr;
     }
   }
-  return m_pStorage->m_AttributeMaps.create(pStrings, pStrings + i_Count, i_Count, i_FirstNumber);
+  return m_pStorage->create<StringMap>(pStrings, pStrings + i_Count, i_Count, i_FirstNumber);
 }
 
 bool TreeBuilder::startElement(const char* i_Name, const char** i_Attributes) {
@@ -124,6 +121,7 @@ bool TreeBuilder::startElement(const char* i_Name, const char** i_Attributes) {
       return refuse(String(L"more than one root element"));
     }
     m_pRoot.reset(new DocumentRoot(name, index, pAttributes));
+    ++m_NodeCount;
     pElement = m_pRoot.get();
   } else {
     pElement = newChild(ElementNode, std::move(name), index, pAttributes);
@@ -143,9 +141,8 @@ bool TreeBuilder::endElement() {
   m_OpenElements.pop_back();
   const size_t count = m_Children.size() - closed.m_FirstChild;
   if (count > 0) {
-    Node* const* pChildren =
-        m_pStorage->m_ChildPointers.adopt(m_Children.data() + closed.m_FirstChild, count);
-    closed.m_pElement->setChildren(m_pStorage->m_ChildLists.create(pChildren, count));
+    Node* const* pChildren = m_pStorage->copy(m_Children.data() + closed.m_FirstChild, count);
+    closed.m_pElement->setChildren(m_pStorage->create<NodeList>(pChildren, count));
     m_Children.resize(closed.m_FirstChild);
   }
   return true;
@@ -170,7 +167,7 @@ bool TreeBuilder::comment(const char* i_Text) {
   if (!decode(i_Text, text)) {
     return false;
   }
-  newChild(CommentNode, std::move(text), m_NextIndex++, TreeStorage::noAttributes());
+  newChild(CommentNode, std::move(text), m_NextIndex++, noAttributes());
   return true;
 }
 
@@ -185,8 +182,7 @@ bool TreeBuilder::processingInstruction(const char* i_Target) {
   if (!readName(i_Target, target)) {
     return false;
   }
-  newChild(ProcessingInstructionNode, std::move(target), m_NextIndex++,
-           TreeStorage::noAttributes());
+  newChild(ProcessingInstructionNode, std::move(target), m_NextIndex++, noAttributes());
   return true;
 }
 
@@ -196,8 +192,9 @@ bool TreeBuilder::skips() const {
 }
 
 Node* TreeBuilder::newChild(int i_Type, String i_Name, int32_t i_Index, StringMap* i_pAttributes) {
-  Node* pChild = m_pStorage->m_Nodes.create(i_Type, String(), i_Index, i_pAttributes,
-                                            m_OpenElements.back().m_pElement);
+  Node* pChild = m_pStorage->create<Node>(i_Type, String(), i_Index, i_pAttributes,
+                                          m_OpenElements.back().m_pElement);
+  ++m_NodeCount;
   // Moved in rather than copied: a copy would touch the shared buffer's count twice.
   pChild->m_Name = std::move(i_Name);
   m_Children.push_back(pChild);
@@ -211,17 +208,18 @@ bool TreeBuilder::flushText() {
   const std::string_view inner = trimmed(m_Text);
   bool accepted = true;
   if (!inner.empty() || m_Options.m_KeepBlankText) {
-    Node* pNode = newChild(TextNode, String(), m_NextIndex++, TreeStorage::noAttributes());
+    Node* pNode = newChild(TextNode, String(), m_NextIndex++, noAttributes());
     accepted = readValue(m_Options.m_TrimText ? inner : std::string_view(m_Text), pNode->m_Name);
   }
   m_Text.clear();
   return accepted;
 }
 
-std::unique_ptr<Node> TreeBuilder::finish() {
+std::unique_ptr<DocumentRoot> TreeBuilder::finish() {
   if (!m_Failure.isEmpty() || !m_OpenElements.empty() || !m_pRoot) {
     return nullptr;
   }
-  m_pRoot->adopt(std::move(m_pStorage));
+  m_pStorage->trim();
+  m_pRoot->adopt(std::move(m_pStorage), m_NodeCount);
   return std::move(m_pRoot);
 }

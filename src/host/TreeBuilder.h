@@ -39,7 +39,7 @@ class TreeBuilder {
 
   // The finished tree, owning all its nodes; null when no root element was read or the
   // document was refused. Called once: a builder reads one document.
-  std::unique_ptr<Node> finish();
+  std::unique_ptr<DocumentRoot> finish();
 
   const String& failure() const { return m_Failure; }
 
@@ -49,10 +49,10 @@ class TreeBuilder {
     size_t m_FirstChild;  // index of its first child in m_Children
   };
 
-  // Decodes UTF-8 text into a string of its own.
+  // Decodes UTF-8 text into the tree's storage.
   bool decode(std::string_view i_Bytes, String& o_Text);
   bool readName(const char* i_Name, String& o_Name);
-  // o_Value is where the tree keeps the value: later equal values may share it from there.
+  // Decodes a value, sharing the characters of an equal short value read before.
   bool readValue(std::string_view i_Bytes, String& o_Value);
   StringMap* attributes(const char** i_Attributes, int32_t i_Count, int32_t i_FirstNumber);
   // Whether comments and processing instructions are dropped here.
@@ -63,14 +63,14 @@ class TreeBuilder {
   bool flushText();
 
   TreeOptions m_Options;
-  std::unique_ptr<TreeStorage> m_pStorage;
+  std::unique_ptr<TreeArena> m_pStorage;
   std::unique_ptr<DocumentRoot> m_pRoot;
   std::vector<OpenElement> m_OpenElements;
   std::vector<Node*> m_Children;  // children of the open elements, innermost last
   StringPool m_Names;             // every name of the document, shared
   ValueCache m_RecentValues;      // short values, shared while they recur
   std::string m_Text;             // UTF-8 text since the last node
-  std::wstring m_Decoded;
   int32_t m_NextIndex;
+  size_t m_NodeCount;
   String m_Failure;
 };

@@ -31,12 +31,9 @@ int sequenceLength(unsigned char i_Lead, uint32_t& o_Minimum) {
 
 }  // namespace
 
-bool appendDecoded(const char* i_Bytes, size_t i_Size, std::wstring& io_Text) {
+bool decode(const char* i_Bytes, size_t i_Size, wchar_t* o_pText, size_t& o_Count) {
   const unsigned char* pBytes = reinterpret_cast<const unsigned char*>(i_Bytes);
-  // Written in place: no sequence gives more characters than it has bytes.
-  const size_t start = io_Text.size();
-  io_Text.resize(start + i_Size);
-  wchar_t* pOut = &io_Text[start];
+  wchar_t* pOut = o_pText;
   bool valid = true;
   size_t position = 0;
   while (position < i_Size) {
@@ -70,7 +67,17 @@ bool appendDecoded(const char* i_Bytes, size_t i_Size, std::wstring& io_Text) {
     *pOut++ = static_cast<wchar_t>(code);
     position += length;
   }
-  io_Text.resize(static_cast<size_t>(pOut - io_Text.data()));
+  o_Count = static_cast<size_t>(pOut - o_pText);
+  return valid;
+}
+
+bool appendDecoded(const char* i_Bytes, size_t i_Size, std::wstring& io_Text) {
+  // Written in place: no sequence gives more characters than it has bytes.
+  const size_t start = io_Text.size();
+  io_Text.resize(start + i_Size);
+  size_t count = 0;
+  const bool valid = decode(i_Bytes, i_Size, &io_Text[start], count);
+  io_Text.resize(start + count);
   return valid;
 }
 

@@ -6,6 +6,11 @@
 
 namespace HostUtf8 {
 
+// Writes the characters encoded in i_Bytes to o_pText, which has room for i_Size of them (no
+// sequence gives more characters than it has bytes), and their count to o_Count. Invalid
+// sequences are replaced as by appendDecoded, with the same result.
+bool decode(const char* i_Bytes, size_t i_Size, wchar_t* o_pText, size_t& o_Count);
+
 // Appends the characters encoded in i_Bytes to io_Text. An invalid or truncated sequence,
 // an overlong form, a surrogate or a code point past U+10FFFF appends U+FFFD instead.
 // Returns false when anything was replaced.

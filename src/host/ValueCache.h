@@ -1,20 +1,18 @@
 // The short values read last, kept so that a value that recurs (a flag, a unit, a code)
 // shares one buffer among the nodes that bear it.
 //
-// The cache only points at strings that the tree under construction holds: they stay put and
-// unchanged while the tree is built, and keeping or evicting one costs no reference count.
+// The cache keeps a handle of each string (see TreeArena::handleOf), so that keeping, finding
+// and evicting a value touches only the cache's own table.
 //
 // A table indexed by a hash of the value's UTF-8 bytes: a new value takes the place of the one
 // in its slot. It starts small for small documents and grows with the values a document has,
-// up to a bound that keeps it fast however many distinct values there are.
+// up to a bound that keeps it in the processor's cache however many distinct values there are.
 #pragma once
 
 #include <cstddef>
 #include <cstdint>
 #include <memory>
 #include <string_view>
-
-#include "host/String.h"
 
 class ValueCache {
  public:
@@ -24,10 +22,10 @@ class ValueCache {
 
   ValueCache();
 
-  // Points the bytes (1 to MAX_BYTES of them) at i_Place, which is to hold their value, in place
-  // of what shared its slot; returns the string they pointed at before, or null. i_Place must
-  // stay where it is, and once filled unchanged, while the cache is used.
-  const String* replace(std::string_view i_Bytes, const String& i_Place);
+  // The handle kept for the bytes (1 to MAX_BYTES of them), or null.
+  const void* find(std::string_view i_Bytes) const;
+  // Keeps i_Handle for the bytes, in place of what shared its slot.
+  void keep(std::string_view i_Bytes, const void* i_Handle);
 
  private:
   // A value's bytes, zero-padded into two words, and their count: compared without a call.
@@ -42,10 +40,10 @@ class ValueCache {
   };
   struct Slot {
     Key m_Key;
-    const String* m_pText = nullptr;
+    const void* m_Handle = nullptr;
   };
 
-  Slot& slotOf(const Key& i_Key);
+  Slot& slotOf(const Key& i_Key) const;
   void grow();
 
   std::unique_ptr<Slot[]> m_Slots;

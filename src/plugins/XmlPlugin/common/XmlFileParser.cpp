@@ -51,6 +51,9 @@ XmlFileParser::XmlFileParser(const String& i_FileName, XmlNodeSink& i_Sink) {
   if (m_Status != 0) {
     traceReason(i_FileName, m_Status, i_Sink, reader.m_ErrorColumn);
   }
+  m_FileIdentity = reader.m_FileIdentity;
+  m_TreeBytes = reader.m_TreeBytes;
+  m_NodeCount = reader.m_NodeCount;
 }
 
 }  // namespace XmlPlugin

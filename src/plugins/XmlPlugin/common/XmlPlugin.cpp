@@ -33,8 +33,9 @@ TErrorCode XmlPlugin::initializePlugin() {
 }
 
 void XmlPlugin::cleanupPlugin() {
-  ::XmlPlugin::XmlCache::cleanup();
+  // Compiled expressions first: nothing they hold may outlive the trees.
   ::XmlPlugin::XPathExpressionCache::cleanup();
+  ::XmlPlugin::XmlCache::cleanup();
 }
 
 TErrorCode XmlPlugin::createExpression(const wchar_t* i_TypeName, Expression** o_pExpression) {
