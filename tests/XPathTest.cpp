@@ -21,7 +21,8 @@ struct PathRow {
 std::string evaluate(Node* i_pRoot, const char* i_Path) {
   XPathOutputElements items;
   OutputElementsGuard guard(items);
-  XPath xpath{String(i_Path)};
+  XPathEvaluationContext context;
+  XPath xpath(String(i_Path), context);
   const TErrorCode result = xpath.getValues(items, i_pRoot);
   std::string text = std::to_string(result) + "|";
   for (const XPathOutputElement* pItem : items) {
@@ -151,7 +152,8 @@ TEST(XPathTest, FollowingReachesOnlyTheTopmostBranches) {
 TEST(XPathTest, RootAndErrors) {
   XPathOutputElements items;
   OutputElementsGuard guard(items);
-  EXPECT_EQ(XPath(String("a/b")).getValues(items, nullptr), 0);
+  XPathEvaluationContext context;
+  EXPECT_EQ(XPath(String("a/b"), context).getValues(items, nullptr), 0);
   EXPECT_TRUE(items.empty());
 
   expectRows("<a><b>1</b></a>", {
@@ -166,13 +168,14 @@ TEST(XPathTest, DeepDocumentsStayWithinTheStack) {
   ASSERT_NE(pTree, nullptr);
   XPathOutputElements items;
   OutputElementsGuard guard(items);
-  EXPECT_EQ(XPath(String("//x")).getValues(items, pTree.get()), 0);
+  XPathEvaluationContext context;
+  EXPECT_EQ(XPath(String("//x"), context).getValues(items, pTree.get()), 0);
   EXPECT_EQ(items.size(), 2000u);
 
   // Evaluations nested through predicates share the stack.
   XPathOutputElements filtered;
   OutputElementsGuard filteredGuard(filtered);
-  EXPECT_EQ(XPath(String("//x[not(x)]")).getValues(filtered, pTree.get()), 0);
+  EXPECT_EQ(XPath(String("//x[not(x)]"), context).getValues(filtered, pTree.get()), 0);
   EXPECT_EQ(filtered.size(), 1u);
 
   const Node* pBottom = pTree.get();
@@ -181,7 +184,8 @@ TEST(XPathTest, DeepDocumentsStayWithinTheStack) {
   }
   XPathOutputElements ancestors;
   OutputElementsGuard ancestorsGuard(ancestors);
-  EXPECT_EQ(XPath(String("x/ancestor-or-self::*")).getValues(ancestors, const_cast<Node*>(pBottom)),
+  EXPECT_EQ(XPath(String("x/ancestor-or-self::*"), context)
+                .getValues(ancestors, const_cast<Node*>(pBottom)),
             0);
   EXPECT_EQ(ancestors.size(), 2000u);
 }

@@ -68,7 +68,7 @@ XPathExpression* XPathExpression::getOutputArgument() {
   return nullptr;
 }
 
-void XPathExpression::EvaluateXPath() {}
+void XPathExpression::EvaluateXPath(XPathEvaluationContext&) {}
 
 String XPathExpression::CutQuota(const String& i_Text) {
   for (const wchar_t* quote : {L"\"", L"'"}) {

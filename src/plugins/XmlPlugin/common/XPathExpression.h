@@ -19,6 +19,8 @@
 
 namespace XmlPlugin {
 
+class XPathEvaluationContext;
+
 class XPathExpression {
  public:
   XPathExpression();
@@ -39,8 +41,9 @@ class XPathExpression {
   virtual TErrorCode evaluate(const std::vector<XPathExpression*>& i_Arguments);
   // The value an operator produced (borrowed); null here.
   virtual XPathExpression* getOutputArgument();
-  // Fills the output node list of a location-path operand; nothing here.
-  virtual void EvaluateXPath();
+  // Fills the output node list of a location-path operand, drawing on io_Context; nothing
+  // here.
+  virtual void EvaluateXPath(XPathEvaluationContext& io_Context);
 
   XPathDataType getDataType() const { return m_DataType; }
   void setDataType(XPathDataType i_Type) { m_DataType = i_Type; }

@@ -144,7 +144,7 @@ std::vector<XPathExpression*> XPathExpressionsParser::doTrans() {
   return output;
 }
 
-TErrorCode XPathExpressionsParser::doParse() {
+TErrorCode XPathExpressionsParser::doParse(XPathEvaluationContext& io_Context) {
   Trace trace(Tracer::getInstance(TRACE_COMPONENT), "XPathExpressionsParser::doParse");
   std::vector<XPathExpression*> localStack;
   TErrorCode result = 0;
@@ -171,7 +171,7 @@ TErrorCode XPathExpressionsParser::doParse() {
       localStack.pop_back();
       pArgument->setStartNode(m_pStartNode);
       pArgument->setRootPosition(getRootPosition());
-      pArgument->EvaluateXPath();
+      pArgument->EvaluateXPath(io_Context);
       arguments.push_back(pArgument);
       HOST_TRACE(trace, 3) << "Argument to evaluate " << pArgument->GetExpression();
     }
@@ -190,17 +190,18 @@ TErrorCode XPathExpressionsParser::doParse() {
     return XML_PLUGIN_ERROR_XPATH_PARSER_ERROR;
   }
   m_pResultExpression = localStack.back();
-  m_pResultExpression->EvaluateXPath();
+  m_pResultExpression->EvaluateXPath(io_Context);
   return result;
 }
 
-TErrorCode XPathExpressionsParser::runParser(Node* i_pStartNode) {
+TErrorCode XPathExpressionsParser::runParser(Node* i_pStartNode,
+                                             XPathEvaluationContext& io_Context) {
   Trace trace(Tracer::getInstance(TRACE_COMPONENT), "XPathExpressionsParser::runParser");
   m_pStartNode = i_pStartNode;
   if (m_Status != 0) {
     return m_Status;
   }
-  const TErrorCode result = doParse();
+  const TErrorCode result = doParse(io_Context);
   if (result == 0) {
     m_OutputType = m_pResultExpression->getDataType();
     HOST_TRACE(trace, 3) << "m_OutputType = " << static_cast<int>(m_OutputType);

@@ -19,6 +19,8 @@
 
 namespace XmlPlugin {
 
+class XPathEvaluationContext;
+
 class XPathExpressionsParser {
  public:
   // Tokenizes and converts to postfix; the outcome is the construction status.
@@ -27,7 +29,8 @@ class XPathExpressionsParser {
   XPathExpressionsParser(const XPathExpressionsParser&) = delete;
   XPathExpressionsParser& operator=(const XPathExpressionsParser&) = delete;
 
-  TErrorCode runParser(Node* i_pStartNode);
+  // Evaluates from i_pStartNode; every location path draws on io_Context.
+  TErrorCode runParser(Node* i_pStartNode, XPathEvaluationContext& io_Context);
   // Appends new output elements, owned by o_Output's holder.
   TErrorCode getValues(XPathOutputElements& o_Output);
   TErrorCode calculateBooleanOutput(XPathOutputElements& o_Output);
@@ -43,7 +46,7 @@ class XPathExpressionsParser {
   void gotOper(XPathExpression* e, std::vector<XPathExpression*>* output);
   void gotParen(XPathExpression* e, std::vector<XPathExpression*>* output);
   std::vector<XPathExpression*> doTrans();
-  TErrorCode doParse();
+  TErrorCode doParse(XPathEvaluationContext& io_Context);
 
   // The current expression sequence: infix before doTrans, postfix after (borrowed).
   const std::vector<XPathExpression*>& getExpressionsVector() const {

@@ -2,7 +2,7 @@
 
 #include <map>
 
-#include "XPath.h"
+#include "XPathEvaluationContext.h"
 #include "XPathExpressionsParser.h"
 #include "XmlPluginConstants.h"
 #include "host/Trace.h"
@@ -16,17 +16,45 @@ XPathPredicate::XPathPredicate(const std::shared_ptr<const String>& i_pText, int
                                int i_Close)
     : m_pText(i_pText), m_Open(i_Open), m_Close(i_Close), m_AnchoredPosition(anchoredPosition()) {}
 
+namespace {
+
+bool isBlank(wchar_t i_Character) {
+  return i_Character == L' ' || i_Character == L'\t' || i_Character == L'\r' ||
+         i_Character == L'\n';
+}
+
+}  // namespace
+
+// The text is read like the expression reads it: blanks between the parts do not matter.
 long XPathPredicate::anchoredPosition() const {
-  const String prefix(L"position()=");
-  const int begin = m_Open + 1;
+  int end = m_Close;
+  while (end > m_Open + 1 && isBlank(m_pText->charAt(end - 1))) {
+    --end;
+  }
+  const auto skipBlanks = [&](int i_At) {
+    while (i_At < end && isBlank(m_pText->charAt(i_At))) {
+      ++i_At;
+    }
+    return i_At;
+  };
+  const String function(L"position()");
+  int at = skipBlanks(m_Open + 1);
+  if (!m_pText->startsWith(function, at)) {
+    return 0;
+  }
+  at = skipBlanks(at + function.length());
+  if (at == end || m_pText->charAt(at) != L'=') {
+    return 0;
+  }
+  at = skipBlanks(at + 1);
   // Nine digits at most, so that the number stays exact.
-  const int digits = m_Close - begin - prefix.length();
-  if (digits < 1 || digits > 9 || !m_pText->startsWith(prefix, begin)) {
+  const int digits = end - at;
+  if (digits < 1 || digits > 9) {
     return 0;
   }
   long position = 0;
-  for (int i = begin + prefix.length(); i < m_Close; ++i) {
-    const wchar_t digit = m_pText->charAt(i);
+  for (; at < end; ++at) {
+    const wchar_t digit = m_pText->charAt(at);
     if (digit < L'0' || digit > L'9') {
       return 0;
     }
@@ -43,7 +71,8 @@ void XPathPredicate::keepAnchored(std::list<Node*>& io_Nodes) const {
   }
 }
 
-TErrorCode XPathPredicate::fiterNodes(std::list<Node*>& io_Nodes) const {
+TErrorCode XPathPredicate::fiterNodes(std::list<Node*>& io_Nodes,
+                                      XPathEvaluationContext& io_Context) const {
   Trace trace(Tracer::getInstance(TRACE_COMPONENT), "XPathPredicate::fiterNodes");
   HOST_TRACE(trace, 3) << "m_Expression " << condition();
   if (!hasCondition()) {
@@ -52,7 +81,7 @@ TErrorCode XPathPredicate::fiterNodes(std::list<Node*>& io_Nodes) const {
   }
   HOST_TRACE(trace, 3) << "io_Nodes.size() = " << static_cast<unsigned long>(io_Nodes.size());
   if (m_AnchoredPosition > 0) {
-    if (!io_Nodes.empty() && !admitEvaluationWork(1)) {
+    if (!io_Context.admit(io_Nodes.size())) {
       return XML_PLUGIN_ERROR_XPATH_UNSUPPORTED_EXPRESSION;
     }
     keepAnchored(io_Nodes);
@@ -77,7 +106,7 @@ TErrorCode XPathPredicate::fiterNodes(std::list<Node*>& io_Nodes) const {
       prevNodeName = pCandidate->m_Name;
     }
     bool keep = false;
-    result = judge(text, pCandidate, io_Nodes, namePosition, position, keep);
+    result = judge(text, pCandidate, io_Nodes, namePosition, position, io_Context, keep);
     if (keep) {
       kept.push_back(pCandidate);
     }
@@ -92,19 +121,20 @@ TErrorCode XPathPredicate::fiterNodes(std::list<Node*>& io_Nodes) const {
 
 TErrorCode XPathPredicate::judge(const String& i_Condition, Node* i_pCandidate,
                                  std::list<Node*>& i_Candidates, long i_RootPosition,
-                                 long i_Position, bool& o_Keep) const {
+                                 long i_Position, XPathEvaluationContext& io_Context,
+                                 bool& o_Keep) const {
   Trace trace(Tracer::getInstance(TRACE_COMPONENT), "XPathPredicate::fiterNodes");
   HOST_TRACE(trace, 3) << "Node to check = " << i_pCandidate->m_Name
                        << " root position = " << i_RootPosition;
   o_Keep = false;
-  if (!admitEvaluationWork(XPATH_PREDICATE_EVALUATION_COST +
-                           i_Condition.length() / XPATH_PREDICATE_CHARACTERS_PER_COST)) {
+  if (!io_Context.admit(XPATH_PREDICATE_EVALUATION_COST +
+                        i_Condition.length() / XPATH_PREDICATE_CHARACTERS_PER_COST)) {
     return XML_PLUGIN_ERROR_XPATH_UNSUPPORTED_EXPRESSION;
   }
   XPathExpressionsParser parser(i_Condition);
   parser.setSiblings(&i_Candidates);
   parser.setRootPosition(i_RootPosition);
-  TErrorCode result = parser.runParser(i_pCandidate);
+  TErrorCode result = parser.runParser(i_pCandidate, io_Context);
   HOST_TRACE(trace, 3) << "result after runParser = " << result;
   if (result != 0) {
     return result;

@@ -1,0 +1,99 @@
+// What one request's evaluation shares across all its path operands and predicates: one
+// work budget, the refusal once that budget or the nesting bound is passed, and indexes over
+// the tree (which does not change while the request runs).
+#pragma once
+
+#include <cstddef>
+#include <unordered_map>
+#include <unordered_set>
+#include <utility>
+#include <vector>
+
+#include "host/Node.h"
+#include "host/String.h"
+#include "host/Types.h"
+
+namespace XmlPlugin {
+
+class XPathStep;
+
+// Bounds of one request; past them it fails with XML_PLUGIN_ERROR_XPATH_UNSUPPORTED_EXPRESSION.
+// How deeply steps may nest: twice the reader's deepest document, so that a path may climb
+// to the top of such a document and search all the way down again.
+const unsigned int XPATH_MAX_STEP_NESTING = 4096;
+// How much work a request may do, in units of one node visited: a node tried against a step,
+// a child listed, an ancestor climbed, a sibling passed, a result item made. About 3 s in a
+// release build for the dearest units (//a[preceding-sibling::a] over 10,000 siblings makes
+// an item per unit: 20 million units in 2.9 s); a path over a document of a million elements
+// needs a few million.
+const unsigned long XPATH_MAX_STEP_EVALUATIONS = 20000000;
+
+// What the evaluation of a predicate for one candidate costs, in units: about what it costs
+// compared with visiting a node (8 us against 170 ns in a release build for //b[1=1], plus
+// 8 us per 1000 characters of predicate text), kept low enough that a short predicate on
+// every node of a million-element document stays within the bound.
+const unsigned long XPATH_PREDICATE_EVALUATION_COST = 12;
+const unsigned long XPATH_PREDICATE_CHARACTERS_PER_COST = 16;
+
+class XPathEvaluationContext {
+ public:
+  // A request allowed i_MaxWork units of work.
+  explicit XPathEvaluationContext(unsigned long i_MaxWork = XPATH_MAX_STEP_EVALUATIONS);
+  XPathEvaluationContext(const XPathEvaluationContext&) = delete;
+  XPathEvaluationContext& operator=(const XPathEvaluationContext&) = delete;
+
+  // Counts i_Cost units of work; false (and the request refused for good) past the budget
+  // or the nesting bound.
+  bool admit(unsigned long i_Cost);
+  // True once anything was refused: the request then fails as a whole, also where the
+  // refusal happened inside an operand or a predicate whose own failures are dropped.
+  bool isRefused() const { return m_Refused; }
+  unsigned long getWork() const { return m_Work; }
+
+  // One more level of step evaluation under way, while the guard lives.
+  class Nesting {
+   public:
+    explicit Nesting(XPathEvaluationContext& io_Context) : m_Context(io_Context) {
+      ++m_Context.m_Nesting;
+    }
+    ~Nesting() { --m_Context.m_Nesting; }
+    Nesting(const Nesting&) = delete;
+    Nesting& operator=(const Nesting&) = delete;
+
+   private:
+    XPathEvaluationContext& m_Context;
+  };
+
+  // The i_Position-th (1-based) element child of i_pParent that passes i_Step's name test,
+  // or null; getting the children may fail with the host's code. Each parent's children
+  // are listed once per name test, so that an anchored step ("name[position()=N]", which
+  // relative paths inside predicates begin with) finds its node without walking all
+  // siblings for every candidate.
+  TErrorCode nthChild(const Node* i_pParent, const XPathStep& i_Step, long i_Position,
+                      Node*& o_pChild);
+  // The first text child of a node, or null, in constant time however many children come
+  // before it; -101 for a null node.
+  TErrorCode firstTextChild(const Node* i_pNode, Node*& o_pText);
+  // The place of i_pChild among all children of i_pParent, whatever their kind, in
+  // constant time; the child count when it is not among them.
+  size_t childPosition(const Node* i_pParent, const Node* i_pChild);
+
+ private:
+  void refuse();
+
+  unsigned long m_MaxWork;
+  unsigned long m_Work = 0;
+  unsigned int m_Nesting = 0;
+  bool m_Refused = false;
+
+  typedef std::pair<const Node*, String> ChildKey;
+  struct ChildKeyHash {
+    size_t operator()(const ChildKey& i_Key) const;
+  };
+  std::unordered_map<ChildKey, std::vector<Node*>, ChildKeyHash> m_NamedChildren;
+  std::unordered_map<const Node*, Node*> m_FirstTexts;  // of elements with many children
+  std::unordered_set<const Node*> m_IndexedParents;
+  std::unordered_map<const Node*, size_t> m_ChildPositions;  // of their children
+};
+
+}  // namespace XmlPlugin
