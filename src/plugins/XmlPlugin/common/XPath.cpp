@@ -39,7 +39,11 @@ bool visitSiblings(XPathEvaluationContext& io_Context, const Node* i_pParent, co
   if (i_pParent->getChildren(&pChildren) != 0 || pChildren == nullptr) {
     return false;
   }
-  const size_t place = io_Context.childPosition(i_pParent, i_pNode);
+  // A node that is no element is deliberately not found among the element children: the
+  // walk before it takes them all, the walk after it none.
+  const size_t place = i_pNode->getType() == ElementNode
+                           ? io_Context.childPosition(i_pParent, i_pNode)
+                           : pChildren->size();
   const size_t begin = i_Forward ? place + 1 : 0;
   const size_t end = i_Forward ? pChildren->size() : place;
   for (size_t position = begin; position < end && io_Context.admit(1); ++position) {
@@ -313,13 +317,26 @@ bool XPath::dispatchAxis(MarkedNode i_Node, StepAxis i_Axis, unsigned int i_Step
 TErrorCode XPath::outputNode(Node* i_Node, const XPathStep& i_Leaf,
                              XPathOutputCollector& io_Output) {
   if (!m_Memoise) {
-    return i_Leaf.evaluateNode(i_Node, io_Output, m_Context);
+    return evaluateLeafNode(i_Node, i_Leaf, io_Output);
   }
   const auto entry = m_LeafResults.emplace(i_Node, 0);
   if (entry.second) {
-    entry.first->second = i_Leaf.evaluateNode(i_Node, io_Output, m_Context);
+    entry.first->second = evaluateLeafNode(i_Node, i_Leaf, io_Output);
   }
   return entry.first->second;
+}
+
+TErrorCode XPath::evaluateLeafNode(Node* i_Node, const XPathStep& i_Leaf,
+                                   XPathOutputCollector& io_Output) {
+  if (!m_Context.admit(1)) {
+    return XML_PLUGIN_ERROR_XPATH_UNSUPPORTED_EXPRESSION;
+  }
+  const size_t before = io_Output.items().size();
+  const TErrorCode result = i_Leaf.evaluateNode(i_Node, io_Output, m_Context);
+  if (!m_Context.admit(XPATH_ITEM_COST * (io_Output.items().size() - before))) {
+    return XML_PLUGIN_ERROR_XPATH_UNSUPPORTED_EXPRESSION;
+  }
+  return result;
 }
 
 TErrorCode XPath::evaluateChildren(Node* i_Node, const XPathStep& i_Step, const XPathStep* i_pNext,
@@ -391,9 +408,7 @@ void XPath::continueAxis(const MarkedNode& i_Node, Node* i_pReached, Node* i_pEv
                          bool i_absoluteDeepSearch) {
   const XPathStep* pNext = getStep(i_StepPosition + 1);
   if (pNext != nullptr && pNext->getStepType() == leaf && !i_Node.m_Marked) {
-    if (m_Context.admit(1)) {
-      outputNode(i_pReached, *pNext, io_Output);
-    }
+    outputNode(i_pReached, *pNext, io_Output);
   } else {
     evaluateStep(MarkedNode{i_pEvaluated, false}, i_StepPosition, io_Output, i_absoluteDeepSearch);
   }

@@ -80,6 +80,9 @@ class XPath {
                           XPathOutputCollector& io_Output);
   // The leaf's evaluateNode, once per node when axes may reach a node many times.
   TErrorCode outputNode(Node* i_Node, const XPathStep& i_Leaf, XPathOutputCollector& io_Output);
+  // The leaf's evaluateNode, counting the call and the items it made as work.
+  TErrorCode evaluateLeafNode(Node* i_Node, const XPathStep& i_Leaf,
+                              XPathOutputCollector& io_Output);
   TErrorCode evaluateChildren(Node* i_Node, const XPathStep& i_Step, const XPathStep* i_pNext,
                               unsigned int i_Position, XPathOutputCollector& io_Output);
   TErrorCode evaluateAnchoredChild(Node* i_Node, const XPathStep& i_Step, const XPathStep& i_Next,

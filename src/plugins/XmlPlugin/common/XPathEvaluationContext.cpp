@@ -1,7 +1,5 @@
 #include "XPathEvaluationContext.h"
 
-#include <list>
-
 #include "XPathStep.h"
 #include "XmlPluginConstants.h"
 #include "host/Trace.h"
@@ -52,6 +50,24 @@ bool XPathEvaluationContext::admit(unsigned long i_Cost) {
   Trace trace(Tracer::getInstance(TRACE_COMPONENT), "XPath::evaluateStep");
   HOST_TRACE(trace, 1) << "Evaluation too deep or too long: nesting " << m_Nesting << ", steps "
                        << m_Work;
+}
+
+long XPathEvaluationContext::positionAmong(const std::list<Node*>& i_Siblings,
+                                           const Node* i_pNode) {
+  if (!m_Candidates.empty() && m_Candidates.back().m_pCandidates == &i_Siblings &&
+      m_Candidates.back().m_pNode == i_pNode) {
+    return m_Candidates.back().m_Position;
+  }
+  long position = 1;
+  for (const Node* pSibling : i_Siblings) {
+    if (pSibling == i_pNode) {
+      admit(position);
+      return position;
+    }
+    ++position;
+  }
+  admit(i_Siblings.size());
+  return 0;
 }
 
 size_t XPathEvaluationContext::ChildKeyHash::operator()(const ChildKey& i_Key) const {

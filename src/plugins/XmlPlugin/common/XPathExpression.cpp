@@ -60,7 +60,8 @@ int XPathExpression::getArgumentsCount() const {
   return 0;
 }
 
-TErrorCode XPathExpression::evaluate(const std::vector<XPathExpression*>&) {
+TErrorCode XPathExpression::evaluate(const std::vector<XPathExpression*>&,
+                                     XPathEvaluationContext&) {
   return HOST_ERROR_NOT_SUPPORTED;
 }
 

@@ -38,7 +38,8 @@ class XPathExpression {
   virtual bool isInfix() const;           // false
   virtual int getArgumentsCount() const;  // 0
   // Only operators evaluate: -102 here.
-  virtual TErrorCode evaluate(const std::vector<XPathExpression*>& i_Arguments);
+  virtual TErrorCode evaluate(const std::vector<XPathExpression*>& i_Arguments,
+                              XPathEvaluationContext& io_Context);
   // The value an operator produced (borrowed); null here.
   virtual XPathExpression* getOutputArgument();
   // Fills the output node list of a location-path operand, drawing on io_Context; nothing

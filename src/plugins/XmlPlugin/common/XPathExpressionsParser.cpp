@@ -175,7 +175,7 @@ TErrorCode XPathExpressionsParser::doParse(XPathEvaluationContext& io_Context) {
       arguments.push_back(pArgument);
       HOST_TRACE(trace, 3) << "Argument to evaluate " << pArgument->GetExpression();
     }
-    result = pExpression->evaluate(arguments);
+    result = pExpression->evaluate(arguments, io_Context);
     XPathExpression* pValue = result == 0 ? pExpression->getOutputArgument() : nullptr;
     // A function may succeed without producing a value; nothing null is ever evaluated.
     if (pValue != nullptr) {

@@ -73,7 +73,8 @@ XPathExpression* XPathOperator::getOutputArgument() {
   return m_pOutputArgument;
 }
 
-TErrorCode XPathOperator::evaluate(const std::vector<XPathExpression*>& i_ExpressionsVector) {
+TErrorCode XPathOperator::evaluate(const std::vector<XPathExpression*>& i_ExpressionsVector,
+                                   XPathEvaluationContext& io_Context) {
   Trace trace(Tracer::getInstance(TRACE_COMPONENT), "XPathOperator::evaluate");
   // Compared as unsigned: a maximum of -1 never limits.
   const uint32_t count = static_cast<uint32_t>(i_ExpressionsVector.size());
@@ -89,6 +90,7 @@ TErrorCode XPathOperator::evaluate(const std::vector<XPathExpression*>& i_Expres
   HOST_TRACE(trace, 3) << "Evaluate";
   m_pFunction->SetSiblings(m_Siblings);
   m_pFunction->setStartNode(m_StartNode);
+  m_pFunction->setEvaluationContext(&io_Context);
   const TErrorCode result = m_pFunction->evaluate();
   if (result != 0) {
     return result;

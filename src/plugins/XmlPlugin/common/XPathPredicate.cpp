@@ -131,6 +131,8 @@ TErrorCode XPathPredicate::judge(const String& i_Condition, Node* i_pCandidate,
                         i_Condition.length() / XPATH_PREDICATE_CHARACTERS_PER_COST)) {
     return XML_PLUGIN_ERROR_XPATH_UNSUPPORTED_EXPRESSION;
   }
+  const XPathEvaluationContext::Candidate candidate(io_Context, i_Candidates, i_pCandidate,
+                                                    i_Position);
   XPathExpressionsParser parser(i_Condition);
   parser.setSiblings(&i_Candidates);
   parser.setRootPosition(i_RootPosition);
