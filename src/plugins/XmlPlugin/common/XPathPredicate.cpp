@@ -19,8 +19,7 @@ XPathPredicate::XPathPredicate(const std::shared_ptr<const String>& i_pText, int
 namespace {
 
 bool isBlank(wchar_t i_Character) {
-  return i_Character == L' ' || i_Character == L'\t' || i_Character == L'\r' ||
-         i_Character == L'\n';
+  return i_Character == L' ';
 }
 
 }  // namespace
@@ -127,13 +126,14 @@ TErrorCode XPathPredicate::judge(const String& i_Condition, Node* i_pCandidate,
   HOST_TRACE(trace, 3) << "Node to check = " << i_pCandidate->m_Name
                        << " root position = " << i_RootPosition;
   o_Keep = false;
+  XPathExpressionsParser parser(i_Condition);
   if (!io_Context.admit(XPATH_PREDICATE_EVALUATION_COST +
-                        i_Condition.length() / XPATH_PREDICATE_CHARACTERS_PER_COST)) {
+                        i_Condition.length() / XPATH_PREDICATE_CHARACTERS_PER_COST +
+                        parser.getExpressionsVector().size() * XPATH_PREDICATE_ITEM_COST)) {
     return XML_PLUGIN_ERROR_XPATH_UNSUPPORTED_EXPRESSION;
   }
   const XPathEvaluationContext::Candidate candidate(io_Context, i_Candidates, i_pCandidate,
                                                     i_Position);
-  XPathExpressionsParser parser(i_Condition);
   parser.setSiblings(&i_Candidates);
   parser.setRootPosition(i_RootPosition);
   TErrorCode result = parser.runParser(i_pCandidate, io_Context);
