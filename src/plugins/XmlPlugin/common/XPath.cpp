@@ -162,7 +162,7 @@ TErrorCode XPath::evaluatePath(Node* i_Root, XPathOutputCollector& io_Output) {
   m_Steps.clear();
   m_StepResults.clear();
   m_LeafResults.clear();
-  m_Memoise = reachesNodesAgain();
+  m_FirstRepeatedStep = firstStepReachingAgain();
   const XPathStep* pFirst = getStep(0);
   if (pFirst == nullptr) {
     // Deliberately this code, whatever stopped the first step from being built.
@@ -188,14 +188,14 @@ const XPathStep* XPath::getStep(unsigned int i_Index, TErrorCode* o_pResult) {
   return built.m_Step.get();
 }
 
-bool XPath::reachesNodesAgain() {
+unsigned int XPath::firstStepReachingAgain() {
   for (unsigned int index = 1; index < m_Tokens.size(); ++index) {
     const XPathStep* pStep = getStep(index);
     if (pStep != nullptr && pStep->getAxis() != child && pStep->getAxis() != attribute) {
-      return true;
+      return index;
     }
   }
-  return false;
+  return 0;
 }
 
 unsigned int XPath::maxPosition() const {
@@ -211,8 +211,9 @@ TErrorCode XPath::evaluateStep(MarkedNode i_Node, unsigned int i_StepPosition,
   if (!m_Context.admit(1)) {
     return XML_PLUGIN_ERROR_XPATH_UNSUPPORTED_EXPRESSION;
   }
-  return m_Memoise ? evaluateStepOnce(i_Node, i_StepPosition, io_Output, i_absoluteDeepSearch)
-                   : tryStep(i_Node, i_StepPosition, io_Output, i_absoluteDeepSearch);
+  const bool repeated = m_FirstRepeatedStep > 0 && i_StepPosition >= m_FirstRepeatedStep;
+  return repeated ? evaluateStepOnce(i_Node, i_StepPosition, io_Output, i_absoluteDeepSearch)
+                  : tryStep(i_Node, i_StepPosition, io_Output, i_absoluteDeepSearch);
 }
 
 [[gnu::noinline]] TErrorCode XPath::evaluateStepOnce(MarkedNode i_Node, unsigned int i_StepPosition,
@@ -316,7 +317,7 @@ bool XPath::dispatchAxis(MarkedNode i_Node, StepAxis i_Axis, unsigned int i_Step
 
 TErrorCode XPath::outputNode(Node* i_Node, const XPathStep& i_Leaf,
                              XPathOutputCollector& io_Output) {
-  if (!m_Memoise) {
+  if (m_FirstRepeatedStep == 0) {
     return evaluateLeafNode(i_Node, i_Leaf, io_Output);
   }
   const auto entry = m_LeafResults.emplace(i_Node, 0);

@@ -106,8 +106,9 @@ class XPath {
                       XPathOutputCollector& io_Output);
   void selfStep(MarkedNode& i_Node, unsigned int i_StepPosition, XPathOutputCollector& io_Output);
 
-  // True when a step after the first has an axis that may reach a node more than once.
-  bool reachesNodesAgain();
+  // The first step after the first whose axis may reach a node more than once; 0 when no
+  // step has such an axis.
+  unsigned int firstStepReachingAgain();
 
   // 0 when the node's parent was excluded by a predicate of an earlier step, else 1.
   int prevPredicateCheck(unsigned int i_StepPosition, MarkedNode i_Node);
@@ -136,7 +137,8 @@ class XPath {
   struct StepCallHash {
     size_t operator()(const StepCall& i_Call) const;
   };
-  bool m_Memoise = false;
+  // Calls before this step are made once each anyway: only an axis calls one twice.
+  unsigned int m_FirstRepeatedStep = 0;
   std::unordered_map<StepCall, TErrorCode, StepCallHash> m_StepResults;
   std::unordered_map<const Node*, TErrorCode> m_LeafResults;
 };
