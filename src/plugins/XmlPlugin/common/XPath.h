@@ -69,6 +69,7 @@ class XPath {
   // returns the first one's code, since it could add no item the first did not.
   TErrorCode evaluateStepOnce(MarkedNode i_Node, unsigned int i_StepPosition,
                               XPathOutputCollector& io_Output, bool i_absoluteDeepSearch);
+  // evaluateStep's work once the call is admitted.
   TErrorCode tryStep(MarkedNode i_Node, unsigned int i_StepPosition,
                      XPathOutputCollector& io_Output, bool i_absoluteDeepSearch);
   TErrorCode evaluateMatch(MarkedNode i_Node, const XPathStep& i_Step, unsigned int& io_Position,

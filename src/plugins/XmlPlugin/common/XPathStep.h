@@ -119,8 +119,8 @@ class XPathStep {
   TErrorCode markFilteredNodes(const std::list<Node*>& i_Nodes, std::vector<MarkedNode>& o_Marked,
                                XPathEvaluationContext& io_Context) const;
 
-  // N when the step's one predicate is "[position()=N]" (it selects the N-th candidate that
-  // passes the name test); 0 otherwise.
+  // N when the step's one predicate is "[position()=N]", blanks allowed (it selects the N-th
+  // candidate that passes the name test); 0 otherwise.
   long getAnchoredPosition() const;
 
   const String& getName() const { return m_Name; }
