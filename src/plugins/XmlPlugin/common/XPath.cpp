@@ -225,6 +225,10 @@ TErrorCode XPath::evaluateStep(MarkedNode i_Node, unsigned int i_StepPosition,
   if (!entry.second) {
     return entry.first->second;
   }
+  // Keeping the call costs about as much as the try itself.
+  if (!m_Context.admit(1)) {
+    return XML_PLUGIN_ERROR_XPATH_UNSUPPORTED_EXPRESSION;
+  }
   const TErrorCode result = tryStep(i_Node, i_StepPosition, io_Output, i_absoluteDeepSearch);
   m_StepResults[call] = result;
   return result;

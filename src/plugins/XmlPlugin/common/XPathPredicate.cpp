@@ -126,10 +126,13 @@ TErrorCode XPathPredicate::judge(const String& i_Condition, Node* i_pCandidate,
   HOST_TRACE(trace, 3) << "Node to check = " << i_pCandidate->m_Name
                        << " root position = " << i_RootPosition;
   o_Keep = false;
-  XPathExpressionsParser parser(i_Condition);
+  // Checked before the text is read too, so that a refused request reads it no more.
   if (!io_Context.admit(XPATH_PREDICATE_EVALUATION_COST +
-                        i_Condition.length() / XPATH_PREDICATE_CHARACTERS_PER_COST +
-                        parser.getExpressionsVector().size() * XPATH_PREDICATE_ITEM_COST)) {
+                        i_Condition.length() / XPATH_PREDICATE_CHARACTERS_PER_COST)) {
+    return XML_PLUGIN_ERROR_XPATH_UNSUPPORTED_EXPRESSION;
+  }
+  XPathExpressionsParser parser(i_Condition);
+  if (!io_Context.admit(parser.getExpressionsVector().size() * XPATH_PREDICATE_ITEM_COST)) {
     return XML_PLUGIN_ERROR_XPATH_UNSUPPORTED_EXPRESSION;
   }
   const XPathEvaluationContext::Candidate candidate(io_Context, i_Candidates, i_pCandidate,
