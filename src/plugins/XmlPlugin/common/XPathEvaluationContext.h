@@ -22,25 +22,26 @@ class XPathStep;
 // How deeply steps may nest: twice the reader's deepest document, so that a path may climb
 // to the top of such a document and search all the way down again.
 const unsigned int XPATH_MAX_STEP_NESTING = 4096;
-// How much work a request may do, in units of one node visited: a node tried against a step,
-// a child listed, an ancestor climbed, a sibling passed, a result item made. About 3 s in a
-// release build for the dearest units (//a[preceding-sibling::a] over 10,000 siblings makes
-// an item per unit: 20 million units in 2.9 s); a path over a document of a million elements
-// needs a few million.
+// How much work a request may do, in units of about one node visited: a node tried against a
+// step, a child listed, an ancestor climbed, a sibling passed, a step call remembered. Measured
+// in a release build (bench/hostile-queries.sh and the like): a unit takes 55-125 ns whatever
+// the request spends it on, so the bound is reached after 1-2.5 s (about 3 s when other work
+// shares the machine). A path that makes an item of every element of a document reaches it at
+// about 4 million elements.
 const unsigned long XPATH_MAX_STEP_EVALUATIONS = 20000000;
 
-// What a result item costs, in units: making it, copying it out of the operand and ordering
-// it cost about as much as visiting two nodes.
+// What a result item costs besides the visit that made it: making it, copying it out of the
+// operand and ordering it cost about as much as visiting two nodes.
 const unsigned long XPATH_ITEM_COST = 2;
 
 // What the evaluation of a predicate for one candidate costs, in units, besides the paths it
-// evaluates: a fixed part, a part per character read and a part per item of the expression.
-// Measured in a release build with a parser made per candidate: 7-13 us a candidate for
-// //v[last()], and 3 us more per item (//v[1+1+...+1=400], 801 items, takes 2.5-4.8 ms a
-// candidate), so that a predicate costs about 150 ns a unit like the other work.
+// evaluates: a fixed part, a part per character read and a part per item of the expression
+// (a parser is made for each candidate). Measured: 3.6 us a candidate for //v[.=""], 8 us
+// for //v[string-length(concat(name(), "abc")) > 2] (6 items), 1.5 ms for
+// //v[1+1+...+1=400] (801 items).
 const unsigned long XPATH_PREDICATE_EVALUATION_COST = 48;
 const unsigned long XPATH_PREDICATE_CHARACTERS_PER_COST = 16;
-const unsigned long XPATH_PREDICATE_ITEM_COST = 32;
+const unsigned long XPATH_PREDICATE_ITEM_COST = 24;
 
 class XPathEvaluationContext {
  public:
