@@ -138,6 +138,13 @@ TEST(XPathTest, Axes) {
                  {"r/e/preceding::*", "0|a=,b=1,c=2,d=3"},
                  {"r/a/c/preceding::*", "0|b=1"},
              });
+  // A text or comment node that the descendant axis offers is not among its parent's
+  // element children: all of them precede it, none follows it.
+  expectRows("<r><a>1</a><!--c--><b>2</b>t<c>3</c></r>",
+             {
+                 {"r/descendant::*/preceding-sibling::*", "0|a=1,b=2,c=3"},
+             });
+  expectRows("<r><!--c--><a>1</a></r>", {{"r/descendant::*/following-sibling::*", "0|"}});
 }
 
 TEST(XPathTest, FollowingReachesOnlyTheTopmostBranches) {
