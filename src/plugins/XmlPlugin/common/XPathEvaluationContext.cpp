@@ -47,8 +47,8 @@ bool XPathEvaluationContext::admit(unsigned long i_Cost) {
     return;
   }
   m_Refused = true;
-  Trace trace(Tracer::getInstance(TRACE_COMPONENT), "XPath::evaluateStep");
-  HOST_TRACE(trace, 1) << "Evaluation too deep or too long: nesting " << m_Nesting << ", steps "
+  Trace trace(Tracer::getInstance(TRACE_COMPONENT), "XPathEvaluationContext::admit");
+  HOST_TRACE(trace, 1) << "Evaluation too deep or too long: nesting " << m_Nesting << ", work "
                        << m_Work;
 }
 
