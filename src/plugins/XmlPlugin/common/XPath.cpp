@@ -7,6 +7,11 @@
 // each carrying its own predicate verdict. Each step of the current path is built once and
 // serves every node. The items of all paths are sorted by document order at the end, and
 // of the items sharing a number only the first made survives.
+//
+// Every node visited counts against the request's budget (XPathEvaluationContext). Axes other
+// than child may reach a node many times (siblings hand on their common parent, ".." chains
+// after "//" double with every step): from the first such step on, each step call and each
+// leaf output is made once per node and remembered, so the work stays polynomial.
 #include "XPath.h"
 
 #include <algorithm>
