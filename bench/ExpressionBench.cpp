@@ -5,6 +5,7 @@
 
 #include <string>
 
+#include "XPathEvaluationContext.h"
 #include "XPathExpressionsParser.h"
 #include "XPathTokenizer.h"
 
@@ -45,7 +46,8 @@ void evaluate(benchmark::State& io_State, const std::string& i_XPath) {
     XPathExpressionsParser parser(xpath);
     XPathOutputElements values;
     OutputElementsGuard guard(values);
-    if (parser.runParser(nullptr) != 0 || parser.getValues(values) != 0) {
+    XPathEvaluationContext context;
+    if (parser.runParser(nullptr, context) != 0 || parser.getValues(values) != 0) {
       io_State.SkipWithError("failed");
       break;
     }

@@ -6,6 +6,7 @@
 
 #include "TestXml.h"
 #include "XPathArgument.h"
+#include "XPathEvaluationContext.h"
 
 using namespace XmlPlugin;
 
@@ -120,6 +121,7 @@ TEST(XPathArgumentTest, RelativePathsAreAnchoredAtTheContextNode) {
 
 TEST(XPathArgumentTest, OnlyNodeSetOperandsEvaluate) {
   XPathArgument number(L"12");
-  number.EvaluateXPath();
+  XPathEvaluationContext context;
+  number.EvaluateXPath(context);
   EXPECT_TRUE(number.getOutputNodesList().empty());
 }

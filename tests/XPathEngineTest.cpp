@@ -91,6 +91,10 @@ TEST_F(XPathEngineTest, FailureLeavesOutputAsItWas) {
   // Past the step nesting bound, also where a function hides the path's own code.
   const std::string tooDeep = "a" + repeated("/.", XPATH_MAX_STEP_NESTING + 1);
   const std::string countTooDeep = "count(" + tooDeep + ")";
+  // A predicate's own failures only drop its candidate; a refusal fails the request.
+  const std::string selfTooDeep = "." + repeated("/.", XPATH_MAX_STEP_NESTING);
+  const std::string predicateTooDeep = "/a[" + selfTooDeep + "]";
+  const std::string countPredicateTooDeep = "count(/a/b[" + selfTooDeep + "])";
   const struct {
     const char* m_XPath;
     const std::string& m_File;
@@ -99,7 +103,9 @@ TEST_F(XPathEngineTest, FailureLeavesOutputAsItWas) {
               {"count()", m_File, -15004},
               {"1 + 1", missing, -15103},
               {tooDeep.c_str(), m_File, -15106},
-              {countTooDeep.c_str(), m_File, -15106}};
+              {countTooDeep.c_str(), m_File, -15106},
+              {predicateTooDeep.c_str(), m_File, -15106},
+              {countPredicateTooDeep.c_str(), m_File, -15106}};
   for (const auto& row : rows) {
     XPathOutputElements values;
     OutputElementsGuard guard(values);

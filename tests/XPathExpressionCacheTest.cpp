@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "EngineAnswer.h"
+#include "XPathEvaluationContext.h"
 #include "XmlCache.h"
 #include "XmlPluginConstants.h"
 #include "host/Trace.h"
@@ -26,7 +27,8 @@ std::string writeFile(const std::string& i_Name, const std::string& i_Xml) {
 std::string evaluate(XPathExpressionsParser& io_Parser) {
   XPathOutputElements values;
   OutputElementsGuard guard(values);
-  const TErrorCode result = io_Parser.runParser(nullptr);
+  XPathEvaluationContext context;
+  const TErrorCode result = io_Parser.runParser(nullptr, context);
   if (result != 0 || io_Parser.getValues(values) != 0 || values.size() != 1) {
     return "error:" + std::to_string(result);
   }

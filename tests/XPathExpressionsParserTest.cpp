@@ -7,6 +7,7 @@
 #include <string>
 #include <vector>
 
+#include "XPathEvaluationContext.h"
 #include "XmlPlugin/XmlPluginReasons.h"
 #include "XmlPluginConstants.h"
 #include "host/Trace.h"
@@ -45,7 +46,8 @@ std::function<std::string(const char*)> valueIn(Node* i_pStartNode = nullptr,
   return [i_pStartNode, i_pSiblings](const char* i_XPath) {
     XPathExpressionsParser parser{String(i_XPath)};
     parser.setSiblings(i_pSiblings);
-    TErrorCode result = parser.runParser(i_pStartNode);
+    XPathEvaluationContext context;
+    TErrorCode result = parser.runParser(i_pStartNode, context);
     XPathOutputElements values;
     OutputElementsGuard guard(values);
     if (result == 0) {
@@ -178,7 +180,8 @@ TEST(XPathExpressionsParserTest, NothingToShapeBeforeEvaluation) {
 
 TEST(XPathExpressionsParserTest, GetValuesAppends) {
   XPathExpressionsParser parser{String("concat('a', 'b')")};
-  ASSERT_EQ(parser.runParser(nullptr), 0);
+  XPathEvaluationContext context;
+  ASSERT_EQ(parser.runParser(nullptr, context), 0);
   XPathOutputElements values;
   OutputElementsGuard guard(values);
   values.push_back(new XPathOutputElement());

@@ -17,6 +17,7 @@
 
 #include "TestXml.h"
 #include "XPathArgument.h"
+#include "XPathEvaluationContext.h"
 #include "XPathFunction.h"
 #include "XPathOperator.h"
 #include "XPathOutputElement.h"
@@ -122,7 +123,8 @@ inline std::string call(const std::wstring& i_Name, const std::vector<std::wstri
   }
   pItem->setStartNode(i_pContext);
   pItem->setSiblings(i_pSiblings);
-  const TErrorCode code = pItem->evaluate(arguments);
+  XPathEvaluationContext context;
+  const TErrorCode code = pItem->evaluate(arguments, context);
   return code != 0 ? "error:" + std::to_string(code) : describe(pItem->getOutputArgument());
 }
 

@@ -42,7 +42,8 @@ std::string convert(std::vector<XPathDataType> i_Types,
     values.push_back(FunctionCall::makeValue(*it));
     arguments.push_back(values.back().get());
   }
-  EXPECT_EQ(item.evaluate(arguments), 0);
+  XPathEvaluationContext context;
+  EXPECT_EQ(item.evaluate(arguments, context), 0);
   return pFunction->m_Seen;
 }
 
@@ -90,6 +91,7 @@ TEST(XPathOperatorTest, DelegatesToItsFunction) {
 
 TEST(XPathOperatorTest, FailingFunctionLeavesNoResult) {
   std::unique_ptr<XPathExpression> pItem(XPathExpression::create(L"local-name", L"(", nullptr));
-  EXPECT_EQ(pItem->evaluate({}), HOST_ERROR_NOT_SUPPORTED);
+  XPathEvaluationContext context;
+  EXPECT_EQ(pItem->evaluate({}, context), HOST_ERROR_NOT_SUPPORTED);
   EXPECT_EQ(pItem->getOutputArgument(), nullptr);
 }

@@ -14,7 +14,8 @@ namespace {
 
 // "path:count;path:count" for every prepared path.
 std::string split(const char* i_Operand) {
-  XPath xpath{String(i_Operand)};
+  XPathEvaluationContext context;
+  XPath xpath(String(i_Operand), context);
   const TErrorCode result = xpath.splitXPath();
   std::string text = std::to_string(result) + "|";
   for (size_t i = 0; i < xpath.getPaths().size(); ++i) {
@@ -73,7 +74,8 @@ TEST(XPathParserTest, SplitsAndPreparesPaths) {
 }
 
 TEST(XPathParserTest, EndsWithAttribute) {
-  XPath xpath{String("")};
+  XPathEvaluationContext context;
+  XPath xpath(String(""), context);
   EXPECT_TRUE(xpath.endsWithAttribute(String("a/@id")));
   EXPECT_TRUE(xpath.endsWithAttribute(String("a/b/attribute::*")));
   EXPECT_FALSE(xpath.endsWithAttribute(String("a/@id/b")));

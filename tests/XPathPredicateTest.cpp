@@ -7,6 +7,7 @@
 
 #include "TestXml.h"
 #include "XPath.h"
+#include "XPathEvaluationContext.h"
 #include "XPathStep.h"
 #include "XmlPluginConstants.h"
 
@@ -18,7 +19,8 @@ namespace {
 std::string filter(const Node* i_pRoot, const char* i_Predicate) {
   std::list<Node*> nodes;
   XPathStep::getChildrenXmlNodes(i_pRoot, nodes);
-  const TErrorCode result = XPathPredicate(String(i_Predicate)).fiterNodes(nodes);
+  XPathEvaluationContext context;
+  const TErrorCode result = XPathPredicate(String(i_Predicate)).fiterNodes(nodes, context);
   std::string text = std::to_string(result) + "|";
   for (const Node* pNode : nodes) {
     text += (pNode == nodes.front() ? "" : ",") + pNode->m_Name.toNarrow() +
@@ -64,7 +66,8 @@ TEST(XPathPredicateTest, KeepsByResultType) {
 
 TEST(XPathPredicateTest, EmptyCandidateList) {
   std::list<Node*> nodes;
-  EXPECT_EQ(XPathPredicate(String("[1]")).fiterNodes(nodes), 0);
+  XPathEvaluationContext context;
+  EXPECT_EQ(XPathPredicate(String("[1]")).fiterNodes(nodes, context), 0);
   EXPECT_TRUE(nodes.empty());
 }
 
@@ -75,7 +78,8 @@ TEST(XPathPredicateTest, FiltersAgainAsOften) {
   for (int round = 0; round < 2; ++round) {
     std::list<Node*> nodes;
     XPathStep::getChildrenXmlNodes(pTree.get(), nodes);
-    EXPECT_EQ(predicate.fiterNodes(nodes), 0);
+    XPathEvaluationContext context;
+    EXPECT_EQ(predicate.fiterNodes(nodes, context), 0);
     ASSERT_EQ(nodes.size(), 1u);
     EXPECT_EQ(nodes.front()->m_Name.toNarrow(), "c");
   }
@@ -102,7 +106,8 @@ TEST(XPathPredicateTest, PredicatesInPaths) {
   for (const auto& row : rows) {
     XPathOutputElements items;
     OutputElementsGuard guard(items);
-    const TErrorCode result = XPath(String(row.m_Path)).getValues(items, pTree.get());
+    XPathEvaluationContext context;
+    const TErrorCode result = XPath(String(row.m_Path), context).getValues(items, pTree.get());
     std::string text = std::to_string(result) + "|";
     for (const XPathOutputElement* pItem : items) {
       text += (pItem == items.front() ? "" : ",") + pItem->hostValue().toNarrow();
@@ -150,7 +155,8 @@ TEST(XPathPredicateTest, EachCandidateIsJudgedAfresh) {
   for (const auto& row : rows) {
     XPathOutputElements items;
     OutputElementsGuard guard(items);
-    ASSERT_EQ(XPath(String(row.m_Path)).getValues(items, pTree.get()), 0) << row.m_Path;
+    XPathEvaluationContext context;
+    ASSERT_EQ(XPath(String(row.m_Path), context).getValues(items, pTree.get()), 0) << row.m_Path;
     std::string text;
     for (const XPathOutputElement* pItem : items) {
       text += (text.empty() ? "" : ",") + pItem->hostValue().toNarrow();

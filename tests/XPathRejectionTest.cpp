@@ -7,6 +7,7 @@
 #include <string>
 #include <vector>
 
+#include "XPathEvaluationContext.h"
 #include "XPathExpressionsParser.h"
 #include "XPathTokenizer.h"
 #include "XmlPlugin/XmlPluginReasons.h"
@@ -36,7 +37,8 @@ class XPathRejectionTest : public testing::Test {
   std::vector<std::string> reasonsFor(const std::wstring& i_XPath) {
     XPathExpressionsParser parser{String(i_XPath)};
     m_Reasons.clear();
-    parser.runParser(nullptr);
+    XPathEvaluationContext context;
+    parser.runParser(nullptr, context);
     return m_Reasons;
   }
 
@@ -96,7 +98,8 @@ TEST_F(XPathRejectionTest, EveryRunOfACompiledTextGivesItsReason) {
   XPathExpressionsParser parser{String(L"cout(a)")};
   for (int run = 0; run < 2; ++run) {
     m_Reasons.clear();
-    EXPECT_EQ(parser.runParser(nullptr), XML_PLUGIN_ERROR_XPATH_WRONG_EXPRESSION);
+    XPathEvaluationContext context;
+    EXPECT_EQ(parser.runParser(nullptr, context), XML_PLUGIN_ERROR_XPATH_WRONG_EXPRESSION);
     EXPECT_EQ(m_Reasons,
               std::vector<std::string>{"XPath text rejected at column 1: unknown function `cout`"});
   }

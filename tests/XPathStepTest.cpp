@@ -6,6 +6,7 @@
 #include <string>
 
 #include "TestXml.h"
+#include "XPathEvaluationContext.h"
 #include "XPathPredicate.h"
 #include "XmlPluginConstants.h"
 
@@ -28,7 +29,8 @@ std::string leafOutput(const char* i_Leaf, Node* i_pNode) {
   XPathOutputElements items;
   OutputElementsGuard guard(items);
   XPathOutputCollector output(items);
-  const TErrorCode result = makeStep(i_Leaf, leaf)->evaluateNode(i_pNode, output);
+  XPathEvaluationContext context;
+  const TErrorCode result = makeStep(i_Leaf, leaf)->evaluateNode(i_pNode, output, context);
   std::string text = std::to_string(result) + "|";
   for (const XPathOutputElement* pItem : items) {
     text += (pItem == items.front() ? "" : ",") +
@@ -158,17 +160,20 @@ TEST(XPathStepTest, LeafAddsAnElementOnce) {
   XPathOutputCollector output(items);
   std::unique_ptr<XPathStep> pLeaf = makeStep("endfunction()", leaf);
   std::unique_ptr<XPathStep> pAttributes = makeStep("@*", leaf);
-  EXPECT_EQ(pLeaf->evaluateNode(pElement, output), 0);
-  EXPECT_EQ(pLeaf->evaluateNode(pElement, output), 0);
+  XPathEvaluationContext context;
+  EXPECT_EQ(pLeaf->evaluateNode(pElement, output, context), 0);
+  EXPECT_EQ(pLeaf->evaluateNode(pElement, output, context), 0);
   EXPECT_EQ(items.size(), 1u);
   // Only the first item per number counts: the first attribute shares the element's.
-  EXPECT_EQ(pAttributes->evaluateNode(pElement, output), 0);
-  EXPECT_EQ(pAttributes->evaluateNode(pElement, output), 0);
+  EXPECT_EQ(pAttributes->evaluateNode(pElement, output, context), 0);
+  EXPECT_EQ(pAttributes->evaluateNode(pElement, output, context), 0);
   ASSERT_EQ(items.size(), 1u);
   EXPECT_EQ(items.front()->m_NodeText.toNarrow(), "x");
   // Only a leaf makes items.
-  EXPECT_EQ(makeStep("t", mid)->evaluateNode(pElement, output), XML_PLUGIN_ERROR_XPATH_NOT_FOUND);
-  EXPECT_EQ(makeStep("t", root)->evaluateNode(pElement, output), XML_PLUGIN_ERROR_XPATH_NOT_FOUND);
+  EXPECT_EQ(makeStep("t", mid)->evaluateNode(pElement, output, context),
+            XML_PLUGIN_ERROR_XPATH_NOT_FOUND);
+  EXPECT_EQ(makeStep("t", root)->evaluateNode(pElement, output, context),
+            XML_PLUGIN_ERROR_XPATH_NOT_FOUND);
   EXPECT_EQ(items.size(), 1u);
 }
 
@@ -179,11 +184,12 @@ TEST(XPathStepTest, WithoutPredicatesNothingIsMarkedOrFiltered) {
   XPathStep::getChildrenXmlNodes(pTree.get(), candidates);
   std::unique_ptr<XPathStep> pStep = makeStep("b", mid);
   std::vector<MarkedNode> marked;
-  EXPECT_EQ(pStep->markFilteredNodes(candidates, marked), 0);
+  XPathEvaluationContext context;
+  EXPECT_EQ(pStep->markFilteredNodes(candidates, marked, context), 0);
   ASSERT_EQ(marked.size(), 2u);
   EXPECT_FALSE(marked[0].m_Marked);
   EXPECT_FALSE(marked[1].m_Marked);  // although c fails the name test
-  EXPECT_EQ(pStep->filterNodes(candidates), 0);
+  EXPECT_EQ(pStep->filterNodes(candidates, context), 0);
   EXPECT_EQ(candidates.size(), 2u);
 }
 
@@ -207,13 +213,14 @@ TEST(XPathStepTest, PredicatesMarkAndFilter) {
     XPathStep::getChildrenXmlNodes(pTree.get(), candidates);
     std::unique_ptr<XPathStep> pStep = makeStep(row.m_Step, mid);
     std::vector<MarkedNode> marked;
-    const TErrorCode result = pStep->markFilteredNodes(candidates, marked);
+    XPathEvaluationContext context;
+    const TErrorCode result = pStep->markFilteredNodes(candidates, marked, context);
     std::string text = std::to_string(result) + "|";
     for (const MarkedNode& candidate : marked) {
       text += candidate.m_Marked ? "x" : "-";
     }
     text += "|";
-    EXPECT_EQ(pStep->filterNodes(candidates), result) << row.m_Step;
+    EXPECT_EQ(pStep->filterNodes(candidates, context), result) << row.m_Step;
     for (const Node* pNode : candidates) {
       text += pNode->m_Name.toNarrow();
     }

@@ -21,7 +21,8 @@ struct PathRow {
 std::string evaluate(Node* i_pRoot, const char* i_Path) {
   XPathOutputElements items;
   OutputElementsGuard guard(items);
-  XPath xpath{String(i_Path)};
+  XPathEvaluationContext context;
+  XPath xpath(String(i_Path), context);
   const TErrorCode result = xpath.getValues(items, i_pRoot);
   std::string text = std::to_string(result) + "|";
   for (const XPathOutputElement* pItem : items) {
@@ -137,6 +138,13 @@ TEST(XPathTest, Axes) {
                  {"r/e/preceding::*", "0|a=,b=1,c=2,d=3"},
                  {"r/a/c/preceding::*", "0|b=1"},
              });
+  // A text or comment node that the descendant axis offers is not among its parent's
+  // element children: all of them precede it, none follows it.
+  expectRows("<r><a>1</a><!--c--><b>2</b>t<c>3</c></r>",
+             {
+                 {"r/descendant::*/preceding-sibling::*", "0|a=1,b=2,c=3"},
+             });
+  expectRows("<r><!--c--><a>1</a></r>", {{"r/descendant::*/following-sibling::*", "0|"}});
 }
 
 TEST(XPathTest, FollowingReachesOnlyTheTopmostBranches) {
@@ -151,7 +159,8 @@ TEST(XPathTest, FollowingReachesOnlyTheTopmostBranches) {
 TEST(XPathTest, RootAndErrors) {
   XPathOutputElements items;
   OutputElementsGuard guard(items);
-  EXPECT_EQ(XPath(String("a/b")).getValues(items, nullptr), 0);
+  XPathEvaluationContext context;
+  EXPECT_EQ(XPath(String("a/b"), context).getValues(items, nullptr), 0);
   EXPECT_TRUE(items.empty());
 
   expectRows("<a><b>1</b></a>", {
@@ -166,13 +175,14 @@ TEST(XPathTest, DeepDocumentsStayWithinTheStack) {
   ASSERT_NE(pTree, nullptr);
   XPathOutputElements items;
   OutputElementsGuard guard(items);
-  EXPECT_EQ(XPath(String("//x")).getValues(items, pTree.get()), 0);
+  XPathEvaluationContext context;
+  EXPECT_EQ(XPath(String("//x"), context).getValues(items, pTree.get()), 0);
   EXPECT_EQ(items.size(), 2000u);
 
   // Evaluations nested through predicates share the stack.
   XPathOutputElements filtered;
   OutputElementsGuard filteredGuard(filtered);
-  EXPECT_EQ(XPath(String("//x[not(x)]")).getValues(filtered, pTree.get()), 0);
+  EXPECT_EQ(XPath(String("//x[not(x)]"), context).getValues(filtered, pTree.get()), 0);
   EXPECT_EQ(filtered.size(), 1u);
 
   const Node* pBottom = pTree.get();
@@ -181,7 +191,8 @@ TEST(XPathTest, DeepDocumentsStayWithinTheStack) {
   }
   XPathOutputElements ancestors;
   OutputElementsGuard ancestorsGuard(ancestors);
-  EXPECT_EQ(XPath(String("x/ancestor-or-self::*")).getValues(ancestors, const_cast<Node*>(pBottom)),
+  EXPECT_EQ(XPath(String("x/ancestor-or-self::*"), context)
+                .getValues(ancestors, const_cast<Node*>(pBottom)),
             0);
   EXPECT_EQ(ancestors.size(), 2000u);
 }

@@ -5,6 +5,7 @@
 #include <string>
 
 #include "TestXml.h"
+#include "XPathEvaluationContext.h"
 #include "XPathExpressionsParser.h"
 #include "XPathOutputElement.h"
 
@@ -38,7 +39,8 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* i_pData, size_t i_Size) {
   // The engine receives expressions as host strings, which end at the first zero.
   const std::string text(reinterpret_cast<const char*>(i_pData), i_Size);
   XmlPlugin::XPathExpressionsParser parser{String(text.c_str())};
-  if (parser.runParser(pRoot) != 0) {
+  XmlPlugin::XPathEvaluationContext context;
+  if (parser.runParser(pRoot, context) != 0) {
     return 0;
   }
   XmlPlugin::XPathOutputElements values;

@@ -7,6 +7,11 @@
 // each carrying its own predicate verdict. Each step of the current path is built once and
 // serves every node. The items of all paths are sorted by document order at the end, and
 // of the items sharing a number only the first made survives.
+//
+// Every node visited counts against the request's budget (XPathEvaluationContext). Axes other
+// than child may reach a node many times (siblings hand on their common parent, ".." chains
+// after "//" double with every step): from the first such step on, each step call and each
+// leaf output is made once per node and remembered, so the work stays polynomial.
 #include "XPath.h"
 
 #include <algorithm>
@@ -25,111 +30,35 @@ struct WideBufferFree {
   void operator()(wchar_t* i_pBuffer) const { i_free(i_pBuffer); }
 };
 
-// The evaluations under way on this thread. They nest (a predicate evaluates paths of its
-// own) and share one stack, so they share the bounds too.
-// A refusal is sticky: it ends the outermost evaluation with its code, even where it
-// happened inside an axis operation or a predicate, whose failures are otherwise dropped.
-struct EvaluationLoad {
-  unsigned int m_Nesting = 0;  // evaluateStep calls under way
-  unsigned long m_Steps = 0;   // nodes tried against a step since the outermost began
-  bool m_Refused = false;
-  XPathChildIndex* m_pChildren = nullptr;  // the outermost evaluation's index
-};
-thread_local EvaluationLoad t_Load;
-thread_local unsigned long t_RefusedCount = 0;
-
-// Makes an evaluation that begins while no other runs the outermost one: it resets the
-// load and lends its child index to the evaluations nested in it.
-class EvaluationScope {
- public:
-  explicit EvaluationScope(XPathChildIndex& i_Children)
-      : m_Outermost(t_Load.m_pChildren == nullptr) {
-    if (m_Outermost) {
-      t_Load = EvaluationLoad();
-      t_Load.m_pChildren = &i_Children;
-    }
-  }
-  ~EvaluationScope() {
-    if (m_Outermost) {
-      t_Load.m_pChildren = nullptr;
-    }
-  }
-  EvaluationScope(const EvaluationScope&) = delete;
-  EvaluationScope& operator=(const EvaluationScope&) = delete;
-
- private:
-  bool m_Outermost;
-};
-
-class NestingGuard {
- public:
-  NestingGuard() { ++t_Load.m_Nesting; }
-  ~NestingGuard() { --t_Load.m_Nesting; }
-  NestingGuard(const NestingGuard&) = delete;
-  NestingGuard& operator=(const NestingGuard&) = delete;
-};
-
-// Trace records are written out of line so that the frames of the recursion stay small.
-[[gnu::noinline]] void refuseLoad() {
-  if (t_Load.m_Refused) {
-    return;
-  }
-  t_Load.m_Refused = true;
-  ++t_RefusedCount;
-  Trace trace(pluginTracer(), "XPath::evaluateStep");
-  HOST_TRACE(trace, 1) << "Evaluation too deep or too long: nesting " << t_Load.m_Nesting
-                       << ", steps " << t_Load.m_Steps;
-}
-
-// Counts i_Cost more tries; false (and the evaluation refused) past the bounds.
-bool admit(unsigned long i_Cost) {
-  if (t_Load.m_Refused || t_Load.m_Nesting >= XPATH_MAX_STEP_NESTING ||
-      t_Load.m_Steps + i_Cost > XPATH_MAX_STEP_EVALUATIONS) {
-    refuseLoad();
-    return false;
-  }
-  t_Load.m_Steps += i_Cost;
-  return true;
-}
-
-// Counts one more node tried against a step.
-bool admitStep() {
-  return admit(1);
-}
-
 [[gnu::noinline]] void traceNoChildren(const XPathStep& i_Step) {
   Trace trace(pluginTracer(), "XPath::evaluateStep");
   HOST_TRACE(trace, 1) << "Unable to get descendants from node [" << i_Step.getName() << "]";
 }
 
-// The position of i_pChild among all children of i_pParent, whatever their kind.
-size_t childPosition(const Node* i_pParent, const Node* i_pChild) {
-  const NodeList* pChildren = nullptr;
-  i_pParent->getChildren(&pChildren);
-  size_t position = 0;
-  if (pChildren != nullptr) {
-    while (position < pChildren->size() && (*pChildren)[position] != i_pChild) {
-      ++position;
-    }
-  }
-  return position;
-}
-
 // Calls i_Visit for each element child of i_pParent after (i_Forward) or before i_pNode, in
-// document order, never for i_pNode itself; true when i_pNode is among them.
+// document order, never for i_pNode itself, walking the parent's own child list from the
+// node's place; true when i_pNode is among the children. Every child passed counts as work.
 template <typename Visit>
-bool visitSiblings(const Node* i_pParent, const Node* i_pNode, bool i_Forward, Visit i_Visit) {
-  std::list<Node*> children;
-  XPathStep::getChildrenXmlNodes(i_pParent, children);
-  bool passed = false;
-  for (Node* pChild : children) {
-    if (pChild == i_pNode) {
-      passed = true;
-    } else if (passed == i_Forward) {
+bool visitSiblings(XPathEvaluationContext& io_Context, const Node* i_pParent, const Node* i_pNode,
+                   bool i_Forward, Visit i_Visit) {
+  const NodeList* pChildren = nullptr;
+  if (i_pParent->getChildren(&pChildren) != 0 || pChildren == nullptr) {
+    return false;
+  }
+  // A node that is no element is deliberately not found among the element children: the
+  // walk before it takes them all, the walk after it none.
+  const size_t place = i_pNode->getType() == ElementNode
+                           ? io_Context.childPosition(i_pParent, i_pNode)
+                           : pChildren->size();
+  const size_t begin = i_Forward ? place + 1 : 0;
+  const size_t end = i_Forward ? pChildren->size() : place;
+  for (size_t position = begin; position < end && io_Context.admit(1); ++position) {
+    Node* pChild = (*pChildren)[position];
+    if (pChild->getType() == ElementNode) {
       i_Visit(pChild);
     }
   }
-  return passed;
+  return place < pChildren->size();
 }
 
 bool outputsAfterMatch(StepAxis i_Axis, bool i_absoluteDeepSearch) {
@@ -149,40 +78,18 @@ bool outputsAfterMatch(StepAxis i_Axis, bool i_absoluteDeepSearch) {
 
 }  // namespace
 
-bool admitEvaluationWork(unsigned long i_Cost) {
-  return t_Load.m_pChildren == nullptr || admit(i_Cost);
+bool XPath::StepCall::operator==(const StepCall& i_Other) const {
+  return m_Node == i_Other.m_Node && m_Position == i_Other.m_Position &&
+         m_Marked == i_Other.m_Marked && m_Deep == i_Other.m_Deep;
 }
 
-size_t XPathChildIndex::KeyHash::operator()(const Key& i_Key) const {
-  return hashText(i_Key.second) * 31u + std::hash<const Node*>()(i_Key.first);
+size_t XPath::StepCallHash::operator()(const StepCall& i_Call) const {
+  return std::hash<const Node*>()(i_Call.m_Node) * 31u +
+         (i_Call.m_Position * 4u + (i_Call.m_Marked ? 2u : 0u) + (i_Call.m_Deep ? 1u : 0u));
 }
 
-TErrorCode XPathChildIndex::nth(const Node* i_pParent, const XPathStep& i_Step, long i_Position,
-                                Node*& o_pChild) {
-  o_pChild = nullptr;
-  const Key key(i_pParent, i_Step.getName());
-  std::unordered_map<Key, std::vector<Node*>, KeyHash>::iterator found = m_Children.find(key);
-  if (found == m_Children.end()) {
-    std::list<Node*> children;
-    const TErrorCode result = XPathStep::getChildrenXmlNodes(i_pParent, children);
-    if (result != 0) {
-      return result;
-    }
-    std::vector<Node*> passing;
-    for (Node* pChild : children) {
-      if (i_Step.stepMatching(pChild) != 0) {
-        passing.push_back(pChild);
-      }
-    }
-    found = m_Children.emplace(key, std::move(passing)).first;
-  }
-  if (i_Position >= 1 && static_cast<size_t>(i_Position) <= found->second.size()) {
-    o_pChild = found->second[i_Position - 1];
-  }
-  return 0;
-}
-
-XPath::XPath(const String& i_XPath) : m_XPath(i_XPath) {
+XPath::XPath(const String& i_XPath, XPathEvaluationContext& io_Context)
+    : m_XPath(i_XPath), m_Context(io_Context) {
   Trace trace(pluginTracer(), "XPath::XPath");
   HOST_TRACE(trace, 3) << "XPath query = " << m_XPath;
 }
@@ -219,10 +126,6 @@ TErrorCode XPath::splitXPath() {
   return m_XPaths.size() == m_StepCounts.size() ? 0 : XPATH_SPLIT_ERROR;
 }
 
-unsigned long XPath::getRefusedCount() {
-  return t_RefusedCount;
-}
-
 bool XPath::endsWithAttribute(const String& i_Path) {
   std::unique_ptr<XPathStep> pLast;
   m_XPathParser.getStep(i_Path, m_XPathParser.getStepCount(i_Path), pLast);
@@ -241,7 +144,6 @@ TErrorCode XPath::getValues(XPathOutputElements& o_Output, Node* i_Root) {
     return 0;
   }
   HOST_TRACE(trace, 3) << "Evaluating the xpath [" << m_XPath << "] for the XML file ";
-  EvaluationScope scope(m_ChildIndex);
   deleteOutputElements(o_Output);
   {
     XPathOutputCollector collector(o_Output);
@@ -250,7 +152,7 @@ TErrorCode XPath::getValues(XPathOutputElements& o_Output, Node* i_Root) {
       ++m_CurrentXPath;
     }
   }
-  if (result == 0 && t_Load.m_Refused) {
+  if (result == 0 && m_Context.isRefused()) {
     result = XML_PLUGIN_ERROR_XPATH_UNSUPPORTED_EXPRESSION;
   }
   // The collector kept one item per number: the first made.
@@ -264,13 +166,16 @@ TErrorCode XPath::getValues(XPathOutputElements& o_Output, Node* i_Root) {
 TErrorCode XPath::evaluatePath(Node* i_Root, XPathOutputCollector& io_Output) {
   m_Tokens = m_XPathParser.getTokens(m_XPaths[m_CurrentXPath]);
   m_Steps.clear();
+  m_StepResults.clear();
+  m_LeafResults.clear();
+  m_FirstRepeatedStep = firstStepReachingAgain();
   const XPathStep* pFirst = getStep(0);
   if (pFirst == nullptr) {
     // Deliberately this code, whatever stopped the first step from being built.
     return XML_PLUGIN_ERROR_XPATH_ARGUMENTS_TYPE_ERROR;
   }
   std::vector<MarkedNode> marked;
-  pFirst->markFilteredNodes(std::list<Node*>(1, i_Root), marked);
+  pFirst->markFilteredNodes(std::list<Node*>(1, i_Root), marked, m_Context);
   return evaluateStep(marked.front(), 0, io_Output, false);
 }
 
@@ -289,6 +194,16 @@ const XPathStep* XPath::getStep(unsigned int i_Index, TErrorCode* o_pResult) {
   return built.m_Step.get();
 }
 
+unsigned int XPath::firstStepReachingAgain() {
+  for (unsigned int index = 1; index < m_Tokens.size(); ++index) {
+    const XPathStep* pStep = getStep(index);
+    if (pStep != nullptr && pStep->getAxis() != child && pStep->getAxis() != attribute) {
+      return index;
+    }
+  }
+  return 0;
+}
+
 unsigned int XPath::maxPosition() const {
   return m_StepCounts[m_CurrentXPath];
 }
@@ -299,10 +214,35 @@ TErrorCode XPath::evaluateStep(MarkedNode i_Node, unsigned int i_StepPosition,
   if (i_Node.m_Node == nullptr || i_StepPosition >= maxPosition()) {
     return 0;
   }
-  if (!admitStep()) {
+  if (!m_Context.admit(1)) {
     return XML_PLUGIN_ERROR_XPATH_UNSUPPORTED_EXPRESSION;
   }
-  NestingGuard guard;
+  const bool repeated = m_FirstRepeatedStep > 0 && i_StepPosition >= m_FirstRepeatedStep;
+  return repeated ? evaluateStepOnce(i_Node, i_StepPosition, io_Output, i_absoluteDeepSearch)
+                  : tryStep(i_Node, i_StepPosition, io_Output, i_absoluteDeepSearch);
+}
+
+[[gnu::noinline]] TErrorCode XPath::evaluateStepOnce(MarkedNode i_Node, unsigned int i_StepPosition,
+                                                     XPathOutputCollector& io_Output,
+                                                     bool i_absoluteDeepSearch) {
+  const StepCall call{i_Node.m_Node, i_StepPosition, i_Node.m_Marked, i_absoluteDeepSearch};
+  // Entered before the evaluation, so that a call reached again meanwhile ends at once.
+  const auto entry = m_StepResults.emplace(call, 0);
+  if (!entry.second) {
+    return entry.first->second;
+  }
+  // Keeping the call costs about as much as the try itself.
+  if (!m_Context.admit(1)) {
+    return XML_PLUGIN_ERROR_XPATH_UNSUPPORTED_EXPRESSION;
+  }
+  const TErrorCode result = tryStep(i_Node, i_StepPosition, io_Output, i_absoluteDeepSearch);
+  m_StepResults[call] = result;
+  return result;
+}
+
+TErrorCode XPath::tryStep(MarkedNode i_Node, unsigned int i_StepPosition,
+                          XPathOutputCollector& io_Output, bool i_absoluteDeepSearch) {
+  XPathEvaluationContext::Nesting nesting(m_Context);
   TErrorCode result = 0;
   const XPathStep* pStep = getStep(i_StepPosition, &result);
   if (pStep == nullptr) {
@@ -371,7 +311,7 @@ bool XPath::dispatchAxis(MarkedNode i_Node, StepAxis i_Axis, unsigned int i_Step
                                                  XPathOutputCollector& io_Output) {
   Trace trace(pluginTracer(), "XPath::evaluateStep");
   HOST_TRACE(trace, 3) << "Node match. EvaluateNode";
-  const TErrorCode result = i_Leaf.evaluateNode(i_Node, io_Output);
+  const TErrorCode result = outputNode(i_Node, i_Leaf, io_Output);
   HOST_TRACE(trace, 3) << "Evaluate result = " << result;
   if (result == XML_PLUGIN_ERROR_XPATH_NOT_FOUND) {
     HOST_TRACE(trace, 3) << "Node [" << i_Step.getName() << "/" << i_Leaf.getName()
@@ -381,6 +321,31 @@ bool XPath::dispatchAxis(MarkedNode i_Node, StepAxis i_Axis, unsigned int i_Step
   if (result != 0) {
     HOST_TRACE(trace, 1) << "Unable to evaluate node [" << i_Step.getName() << "/"
                          << i_Leaf.getName() << "] (err=" << result << ")";
+  }
+  return result;
+}
+
+TErrorCode XPath::outputNode(Node* i_Node, const XPathStep& i_Leaf,
+                             XPathOutputCollector& io_Output) {
+  if (m_FirstRepeatedStep == 0) {
+    return evaluateLeafNode(i_Node, i_Leaf, io_Output);
+  }
+  const auto entry = m_LeafResults.emplace(i_Node, 0);
+  if (entry.second) {
+    entry.first->second = evaluateLeafNode(i_Node, i_Leaf, io_Output);
+  }
+  return entry.first->second;
+}
+
+TErrorCode XPath::evaluateLeafNode(Node* i_Node, const XPathStep& i_Leaf,
+                                   XPathOutputCollector& io_Output) {
+  if (!m_Context.admit(1)) {
+    return XML_PLUGIN_ERROR_XPATH_UNSUPPORTED_EXPRESSION;
+  }
+  const size_t before = io_Output.items().size();
+  const TErrorCode result = i_Leaf.evaluateNode(i_Node, io_Output, m_Context);
+  if (!m_Context.admit(XPATH_ITEM_COST * (io_Output.items().size() - before))) {
+    return XML_PLUGIN_ERROR_XPATH_UNSUPPORTED_EXPRESSION;
   }
   return result;
 }
@@ -396,8 +361,11 @@ TErrorCode XPath::evaluateChildren(Node* i_Node, const XPathStep& i_Step, const 
     traceNoChildren(i_Step);
     return result;
   }
+  if (!m_Context.admit(children.size())) {
+    return XML_PLUGIN_ERROR_XPATH_UNSUPPORTED_EXPRESSION;
+  }
   if (i_pNext != nullptr) {
-    i_pNext->filterNodes(children);
+    i_pNext->filterNodes(children, m_Context);
   }
   for (std::list<Node*>::const_iterator it = children.begin(); it != children.end() && result == 0;
        ++it) {
@@ -412,7 +380,7 @@ TErrorCode XPath::evaluateAnchoredChild(Node* i_Node, const XPathStep& i_Step,
                                         XPathOutputCollector& io_Output) {
   Node* pChild = nullptr;
   const TErrorCode result =
-      t_Load.m_pChildren->nth(i_Node, i_Next, i_Next.getAnchoredPosition(), pChild);
+      m_Context.nthChild(i_Node, i_Next, i_Next.getAnchoredPosition(), pChild);
   if (result != 0) {
     traceNoChildren(i_Step);
     return result;
@@ -426,8 +394,11 @@ TErrorCode XPath::searchInDepth(Node* i_Node, const XPathStep& i_Step, unsigned 
                                 XPathOutputCollector& io_Output, bool i_absoluteDeepSearch) {
   std::list<Node*> children;
   XPathStep::getChildrenXmlNodes(i_Node, children);
+  if (!m_Context.admit(children.size())) {
+    return XML_PLUGIN_ERROR_XPATH_UNSUPPORTED_EXPRESSION;
+  }
   std::vector<MarkedNode> marked;
-  TErrorCode result = i_Step.markFilteredNodes(children, marked);
+  TErrorCode result = i_Step.markFilteredNodes(children, marked, m_Context);
   rememberMarked(marked);
   for (size_t i = 0; i < marked.size() && result == 0; ++i) {
     result = evaluateStep(marked[i], i_Position, io_Output, i_absoluteDeepSearch);
@@ -448,9 +419,7 @@ void XPath::continueAxis(const MarkedNode& i_Node, Node* i_pReached, Node* i_pEv
                          bool i_absoluteDeepSearch) {
   const XPathStep* pNext = getStep(i_StepPosition + 1);
   if (pNext != nullptr && pNext->getStepType() == leaf && !i_Node.m_Marked) {
-    if (admitStep()) {
-      pNext->evaluateNode(i_pReached, io_Output);
-    }
+    outputNode(i_pReached, *pNext, io_Output);
   } else {
     evaluateStep(MarkedNode{i_pEvaluated, false}, i_StepPosition, io_Output, i_absoluteDeepSearch);
   }
@@ -466,7 +435,7 @@ void XPath::ancestorStep(MarkedNode& i_Node, unsigned int i_StepPosition,
   // Unlike the name test of the other axes, "node()" is no wildcard here.
   const bool anyName = pStep->getName().compareTo(L"*") == 0;
   for (Node* pCurrent = axis == ancestor_or_self ? i_Node.m_Node : i_Node.m_Node->getParent();
-       pCurrent != nullptr; pCurrent = pCurrent->getParent()) {
+       pCurrent != nullptr && m_Context.admit(1); pCurrent = pCurrent->getParent()) {
     if (anyName || pStep->getName() == pCurrent->m_Name) {
       continueAxis(i_Node, pCurrent, pCurrent, i_StepPosition, io_Output, false);
     }
@@ -488,7 +457,7 @@ void XPath::siblingsStep(MarkedNode& i_Node, unsigned int i_StepPosition,
   const bool deep = axis == following || axis == preceding;
   // Deliberately evaluates the parent, not the sibling, when the path goes on: that decides
   // which nodes the later steps reach.
-  visitSiblings(pParent, i_Node.m_Node, forward, [&](Node* i_pSibling) {
+  visitSiblings(m_Context, pParent, i_Node.m_Node, forward, [&](Node* i_pSibling) {
     continueAxis(i_Node, i_pSibling, pParent, i_StepPosition, io_Output, deep);
   });
 }
@@ -501,9 +470,10 @@ void XPath::followprescStep(MarkedNode& i_Node, unsigned int i_StepPosition,
     return;
   }
   const bool forward = pStep->getAxis() == following;
-  const bool found = visitSiblings(pParent, i_Node.m_Node, forward, [&](Node* i_pSibling) {
-    evaluateStep(MarkedNode{i_pSibling, false}, i_StepPosition, io_Output, true);
-  });
+  const bool found =
+      visitSiblings(m_Context, pParent, i_Node.m_Node, forward, [&](Node* i_pSibling) {
+        evaluateStep(MarkedNode{i_pSibling, false}, i_StepPosition, io_Output, true);
+      });
   if (!found) {
     return;
   }
@@ -515,10 +485,10 @@ void XPath::followprescStep(MarkedNode& i_Node, unsigned int i_StepPosition,
     pBranch = pTop;
     pTop = pTop->getParent();
   }
-  const size_t branchPosition = childPosition(pTop, pBranch);
+  const size_t branchPosition = m_Context.childPosition(pTop, pBranch);
   const NodeList* pTopChildren = nullptr;
   pTop->getChildren(&pTopChildren);
-  if (pTopChildren == nullptr) {
+  if (pTopChildren == nullptr || !m_Context.admit(pTopChildren->size())) {
     return;
   }
   for (size_t position = 0; position < pTopChildren->size(); ++position) {

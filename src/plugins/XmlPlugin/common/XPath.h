@@ -7,6 +7,7 @@
 #include <utility>
 #include <vector>
 
+#include "XPathEvaluationContext.h"
 #include "XPathOutputElement.h"
 #include "XPathParser.h"
 #include "XPathStep.h"
@@ -16,54 +17,13 @@
 
 namespace XmlPlugin {
 
-// Bounds of an evaluation, with the evaluations nested in it through predicates; past
-// them it fails with XML_PLUGIN_ERROR_XPATH_UNSUPPORTED_EXPRESSION.
-// How deeply steps may nest: twice the reader's deepest document, so that a path may climb
-// to the top of such a document and search all the way down again.
-const unsigned int XPATH_MAX_STEP_NESTING = 4096;
-// How many times a node may be tried against a step: about 3 s of work at the 170 ns a try
-// costs in a release build when every try makes an item (//x/ancestor::*/descendant::* over
-// a 2040-deep document); a path over a document of a million elements needs a few million.
-const unsigned long XPATH_MAX_STEP_EVALUATIONS = 20000000;
-
-// What the evaluation of a predicate for one candidate counts against
-// XPATH_MAX_STEP_EVALUATIONS: about what it costs compared with trying a node against a step
-// (8 us against 170 ns in a release build for //b[1=1], plus 8 us per 1000 characters of
-// predicate text), kept low enough that a short predicate on every node of a million-element
-// document stays within the bound.
-const unsigned long XPATH_PREDICATE_EVALUATION_COST = 12;
-const unsigned long XPATH_PREDICATE_CHARACTERS_PER_COST = 16;
-
-// Counts i_Cost tries against the bounds of the location-path evaluation under way, for work
-// done outside its steps (predicates); false once that evaluation is refused. Outside an
-// evaluation everything is admitted.
-bool admitEvaluationWork(unsigned long i_Cost);
-
 // splitXPath's code when the prepared paths and their step counts disagree.
 const TErrorCode XPATH_SPLIT_ERROR = -260;
 
-// The element children of a node that pass a step's name test, kept per node and name
-// test, so that an anchored step ("name[position()=N]", which relative paths inside
-// predicates begin with) finds its node without walking all siblings for every candidate.
-// One index serves an outermost evaluation and the evaluations nested in it; trees do not
-// change meanwhile.
-class XPathChildIndex {
- public:
-  // The i_Position-th (1-based) element child of i_pParent that passes i_Step's name test,
-  // or null; getting the children may fail with the host's code.
-  TErrorCode nth(const Node* i_pParent, const XPathStep& i_Step, long i_Position, Node*& o_pChild);
-
- private:
-  typedef std::pair<const Node*, String> Key;
-  struct KeyHash {
-    size_t operator()(const Key& i_Key) const;
-  };
-  std::unordered_map<Key, std::vector<Node*>, KeyHash> m_Children;
-};
-
 class XPath {
  public:
-  explicit XPath(const String& i_XPath);
+  // Every evaluation draws on io_Context, which must outlive the object.
+  XPath(const String& i_XPath, XPathEvaluationContext& io_Context);
   ~XPath();
   XPath(const XPath&) = delete;
   XPath& operator=(const XPath&) = delete;
@@ -85,10 +45,6 @@ class XPath {
   // True when the last step of the path is an attribute step.
   bool endsWithAttribute(const String& i_Path);
 
-  // How many evaluations on this thread have been refused past the bounds. An operand drops
-  // its path's failure, so a request compares this count before and after to fail as a whole.
-  static unsigned long getRefusedCount();
-
  private:
   // Steps of the path under evaluation, each built on first use and kept with its code.
   struct BuiltStep {
@@ -109,6 +65,13 @@ class XPath {
   // document as deep as the reader allows is searched on the default stack.
   TErrorCode evaluateStep(MarkedNode i_Node, unsigned int i_StepPosition,
                           XPathOutputCollector& io_Output, bool i_absoluteDeepSearch);
+  // The same, once per node, position, mark and deep flag: a later identical call only
+  // returns the first one's code, since it could add no item the first did not.
+  TErrorCode evaluateStepOnce(MarkedNode i_Node, unsigned int i_StepPosition,
+                              XPathOutputCollector& io_Output, bool i_absoluteDeepSearch);
+  // evaluateStep's work once the call is admitted.
+  TErrorCode tryStep(MarkedNode i_Node, unsigned int i_StepPosition,
+                     XPathOutputCollector& io_Output, bool i_absoluteDeepSearch);
   TErrorCode evaluateMatch(MarkedNode i_Node, const XPathStep& i_Step, unsigned int& io_Position,
                            XPathOutputCollector& io_Output, bool i_absoluteDeepSearch);
   // Runs the operation of an axis other than child and attribute; false for those two.
@@ -116,6 +79,11 @@ class XPath {
                     XPathOutputCollector& io_Output);
   TErrorCode evaluateLeaf(Node* i_Node, const XPathStep& i_Step, const XPathStep& i_Leaf,
                           XPathOutputCollector& io_Output);
+  // The leaf's evaluateNode, once per node when axes may reach a node many times.
+  TErrorCode outputNode(Node* i_Node, const XPathStep& i_Leaf, XPathOutputCollector& io_Output);
+  // The leaf's evaluateNode, counting the call and the items it made as work.
+  TErrorCode evaluateLeafNode(Node* i_Node, const XPathStep& i_Leaf,
+                              XPathOutputCollector& io_Output);
   TErrorCode evaluateChildren(Node* i_Node, const XPathStep& i_Step, const XPathStep* i_pNext,
                               unsigned int i_Position, XPathOutputCollector& io_Output);
   TErrorCode evaluateAnchoredChild(Node* i_Node, const XPathStep& i_Step, const XPathStep& i_Next,
@@ -139,6 +107,10 @@ class XPath {
                       XPathOutputCollector& io_Output);
   void selfStep(MarkedNode& i_Node, unsigned int i_StepPosition, XPathOutputCollector& io_Output);
 
+  // The first step after the first whose axis may reach a node more than once; 0 when no
+  // step has such an axis.
+  unsigned int firstStepReachingAgain();
+
   // 0 when the node's parent was excluded by a predicate of an earlier step, else 1.
   int prevPredicateCheck(unsigned int i_StepPosition, MarkedNode i_Node);
   int isParentNodeMarked(MarkedNode i_Node) const;
@@ -152,7 +124,24 @@ class XPath {
   XPathParser m_XPathParser;
   std::vector<String> m_Tokens;  // the step texts of the current path
   std::vector<BuiltStep> m_Steps;
-  XPathChildIndex m_ChildIndex;  // used while this is the outermost evaluation
+  XPathEvaluationContext& m_Context;
+
+  // What the current path evaluated already, kept when its axes may reach a node again:
+  // without this a chain of "." and ".." steps doubles its work with every step.
+  struct StepCall {
+    const Node* m_Node;
+    unsigned int m_Position;
+    bool m_Marked;
+    bool m_Deep;
+    bool operator==(const StepCall& i_Other) const;
+  };
+  struct StepCallHash {
+    size_t operator()(const StepCall& i_Call) const;
+  };
+  // Calls before this step are made once each anyway: only an axis calls one twice.
+  unsigned int m_FirstRepeatedStep = 0;
+  std::unordered_map<StepCall, TErrorCode, StepCallHash> m_StepResults;
+  std::unordered_map<const Node*, TErrorCode> m_LeafResults;
 };
 
 }  // namespace XmlPlugin

@@ -120,7 +120,7 @@ Node* XPathArgument::getXMLRootNode(Node* i_pNode) {
   return pRoot;
 }
 
-void XPathArgument::EvaluateXPath() {
+void XPathArgument::EvaluateXPath(XPathEvaluationContext& io_Context) {
   Trace trace(pluginTracer(), "XPathArgument::EvaluateXPath");
   if (m_DataType != NodeSetType) {
     return;
@@ -132,7 +132,7 @@ void XPathArgument::EvaluateXPath() {
   }
   const String path = addPrefixToXPath(GetExpressionString(), m_RootPosition, m_StartNode);
   HOST_TRACE(trace, 3) << "XPath query = " << path;
-  XPath xpath(path);
+  XPath xpath(path, io_Context);
   if (path.length() > 1 && path.charAt(0) == L'/' && path.charAt(1) != L'/') {
     pContext = getXMLRootNode(pContext);
   }

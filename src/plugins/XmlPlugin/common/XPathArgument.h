@@ -14,7 +14,7 @@ class XPathArgument : public XPathExpression {
   explicit XPathArgument(double i_Expression);
   ~XPathArgument() override;
 
-  void EvaluateXPath() override;
+  void EvaluateXPath(XPathEvaluationContext& io_Context) override;
 
   void calculateType(const String& i_Expression);
   static int isNumber(const String& i_Operand);

@@ -1,7 +1,7 @@
 #include "XPathEngine.h"
 
 #include "PluginTracer.h"
-#include "XPath.h"
+#include "XPathEvaluationContext.h"
 #include "XPathExpressionCache.h"
 #include "XmlCache.h"
 #include "XmlPluginConstants.h"
@@ -21,11 +21,11 @@ TErrorCode XPathEngine::start(const String& i_XPath, const String& i_FileName,
       HOST_TRACE(trace, 1) << "Start Node empty. Error in xml parsing";
     }
     const XPathExpressionCache::Lease parser = XPathExpressionCache::get()->acquire(i_XPath);
-    const unsigned long refusedBefore = XPath::getRefusedCount();
+    XPathEvaluationContext context;
     // The engine never modifies a tree; the parser's interface just predates const nodes.
-    result = parser->runParser(const_cast<Node*>(pTree));
-    if (result == 0 && XPath::getRefusedCount() != refusedBefore) {
-      // Operands drop the location-path engine's codes; a path refused past the evaluation
+    result = parser->runParser(const_cast<Node*>(pTree), context);
+    if (result == 0 && context.isRefused()) {
+      // Operands drop the location-path engine's codes; a path refused past the request's
       // bounds must not pass for one that selects nothing.
       result = XML_PLUGIN_ERROR_XPATH_UNSUPPORTED_EXPRESSION;
     }

@@ -61,7 +61,8 @@ int XPathExpression::getArgumentsCount() const {
   return 0;
 }
 
-TErrorCode XPathExpression::evaluate(const std::vector<XPathExpression*>&) {
+TErrorCode XPathExpression::evaluate(const std::vector<XPathExpression*>&,
+                                     XPathEvaluationContext&) {
   return HOST_ERROR_NOT_SUPPORTED;
 }
 
@@ -69,7 +70,7 @@ XPathExpression* XPathExpression::getOutputArgument() {
   return nullptr;
 }
 
-void XPathExpression::EvaluateXPath() {}
+void XPathExpression::EvaluateXPath(XPathEvaluationContext&) {}
 
 void XPathExpression::releaseOutputNodes(XPathOutputElements& io_Owner) {
   io_Owner.insert(io_Owner.end(), m_OutputNodes.begin(), m_OutputNodes.end());

@@ -24,6 +24,8 @@
 
 namespace XmlPlugin {
 
+class XPathEvaluationContext;
+
 class XPathExpression {
  public:
   XPathExpression();
@@ -41,11 +43,13 @@ class XPathExpression {
   virtual bool isInfix() const;           // false
   virtual int getArgumentsCount() const;  // 0
   // Only operators evaluate: -102 here.
-  virtual TErrorCode evaluate(const std::vector<XPathExpression*>& i_Arguments);
+  virtual TErrorCode evaluate(const std::vector<XPathExpression*>& i_Arguments,
+                              XPathEvaluationContext& io_Context);
   // The value an operator produced (borrowed); null here.
   virtual XPathExpression* getOutputArgument();
-  // Fills the output node list of a location-path operand; nothing here.
-  virtual void EvaluateXPath();
+  // Fills the output node list of a location-path operand, drawing on io_Context; nothing
+  // here.
+  virtual void EvaluateXPath(XPathEvaluationContext& io_Context);
   // Forgets what the last evaluation left in the item (see the top of the file).
   virtual void clearValue();
 

@@ -145,7 +145,7 @@ std::vector<XPathExpression*> XPathExpressionsParser::doTrans() {
   return output;
 }
 
-TErrorCode XPathExpressionsParser::doParse() {
+TErrorCode XPathExpressionsParser::doParse(XPathEvaluationContext& io_Context) {
   Trace trace(pluginTracer(), "XPathExpressionsParser::doParse");
   std::vector<XPathExpression*> localStack;
   TErrorCode result = 0;
@@ -172,11 +172,11 @@ TErrorCode XPathExpressionsParser::doParse() {
       localStack.pop_back();
       pArgument->setStartNode(m_pStartNode);
       pArgument->setRootPosition(getRootPosition());
-      pArgument->EvaluateXPath();
+      pArgument->EvaluateXPath(io_Context);
       arguments.push_back(pArgument);
       HOST_TRACE(trace, 3) << "Argument to evaluate " << pArgument->GetExpression();
     }
-    result = pExpression->evaluate(arguments);
+    result = pExpression->evaluate(arguments, io_Context);
     XPathExpression* pValue = result == 0 ? pExpression->getOutputArgument() : nullptr;
     // A function may succeed without producing a value; nothing null is ever evaluated.
     if (pValue != nullptr) {
@@ -191,11 +191,12 @@ TErrorCode XPathExpressionsParser::doParse() {
     return XML_PLUGIN_ERROR_XPATH_PARSER_ERROR;
   }
   m_pResultExpression = localStack.back();
-  m_pResultExpression->EvaluateXPath();
+  m_pResultExpression->EvaluateXPath(io_Context);
   return result;
 }
 
-TErrorCode XPathExpressionsParser::runParser(Node* i_pStartNode) {
+TErrorCode XPathExpressionsParser::runParser(Node* i_pStartNode,
+                                             XPathEvaluationContext& io_Context) {
   Trace trace(pluginTracer(), "XPathExpressionsParser::runParser");
   m_pStartNode = i_pStartNode;
   if (m_Status != 0) {
@@ -205,7 +206,7 @@ TErrorCode XPathExpressionsParser::runParser(Node* i_pStartNode) {
     return m_Status;
   }
   clearValues();
-  const TErrorCode result = doParse();
+  const TErrorCode result = doParse(io_Context);
   if (result == 0) {
     m_OutputType = m_pResultExpression->getDataType();
     HOST_TRACE(trace, 3) << "m_OutputType = " << static_cast<int>(m_OutputType);

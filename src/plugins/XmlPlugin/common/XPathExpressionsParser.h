@@ -21,6 +21,8 @@
 
 namespace XmlPlugin {
 
+class XPathEvaluationContext;
+
 class XPathExpressionsParser {
  public:
   // Tokenizes and converts to postfix; the outcome is the construction status, which every
@@ -30,7 +32,8 @@ class XPathExpressionsParser {
   XPathExpressionsParser(const XPathExpressionsParser&) = delete;
   XPathExpressionsParser& operator=(const XPathExpressionsParser&) = delete;
 
-  TErrorCode runParser(Node* i_pStartNode);
+  // Evaluates from i_pStartNode; every location path draws on io_Context.
+  TErrorCode runParser(Node* i_pStartNode, XPathEvaluationContext& io_Context);
   // Frees what the last run computed; the compiled items stay.
   void clearValues();
   // Back to the state of a fresh parse: no values, no siblings, root position 0.
@@ -51,7 +54,7 @@ class XPathExpressionsParser {
   void gotOper(XPathExpression* e, std::vector<XPathExpression*>* output);
   void gotParen(XPathExpression* e, std::vector<XPathExpression*>* output);
   std::vector<XPathExpression*> doTrans();
-  TErrorCode doParse();
+  TErrorCode doParse(XPathEvaluationContext& io_Context);
 
   // The current expression sequence: infix before doTrans, postfix after (borrowed).
   const std::vector<XPathExpression*>& getExpressionsVector() const {

@@ -50,6 +50,9 @@ class XPathFunction {
   void setPriority(int i_Priority) { m_Priority = i_Priority; }
   std::list<Node*>* getSiblings() const { return m_pSiblings; }
   void SetSiblings(std::list<Node*>* i_pSiblings) { m_pSiblings = i_pSiblings; }
+  // The request being evaluated (borrowed); the operator sets it before each evaluation.
+  XPathEvaluationContext* getEvaluationContext() const { return m_pContext; }
+  void setEvaluationContext(XPathEvaluationContext* i_pContext) { m_pContext = i_pContext; }
   XPathDataType GetReturnType() const { return m_ReturnType; }
   void setReturnType(XPathDataType i_Type) { m_ReturnType = i_Type; }
   std::vector<XPathDataType> getParametersType() const { return m_ParametersType; }
@@ -79,6 +82,7 @@ class XPathFunction {
   bool m_Infix = true;
   int m_Priority = 4;
   std::list<Node*>* m_pSiblings = nullptr;
+  XPathEvaluationContext* m_pContext = nullptr;
   XPathDataType m_ReturnType = BooleanType;
   std::vector<XPathDataType> m_ParametersType;
   std::vector<XPathExpression*> m_FunctionParameters;  // borrowed

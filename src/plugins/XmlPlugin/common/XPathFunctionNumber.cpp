@@ -9,6 +9,7 @@
 
 #include "PluginTracer.h"
 #include "XPathArgument.h"
+#include "XPathEvaluationContext.h"
 #include "XPathFunction.h"
 #include "XPathLogicalEvaluator.h"
 #include "XPathNumericLimits.h"
@@ -110,11 +111,9 @@ TErrorCode XPathFunction_position::evaluate() {
     createOutputExpression(1.0, NumbType, false);
     return 0;
   }
-  const std::list<Node*>& siblings = *getSiblings();
-  const auto found = std::find(siblings.begin(), siblings.end(), pNode);
-  if (found != siblings.end()) {
-    createOutputExpression(static_cast<double>(std::distance(siblings.begin(), found) + 1),
-                           NumbType, false);
+  const long position = getEvaluationContext()->positionAmong(*getSiblings(), pNode);
+  if (position > 0) {
+    createOutputExpression(static_cast<double>(position), NumbType, false);
   }
   return 0;
 }

@@ -82,7 +82,8 @@ void XPathOperator::clearValue() {
   m_pFunction->clearValues();
 }
 
-TErrorCode XPathOperator::evaluate(const std::vector<XPathExpression*>& i_ExpressionsVector) {
+TErrorCode XPathOperator::evaluate(const std::vector<XPathExpression*>& i_ExpressionsVector,
+                                   XPathEvaluationContext& io_Context) {
   Trace trace(pluginTracer(), "XPathOperator::evaluate");
   // Compared as unsigned: a maximum of -1 never limits.
   const uint32_t count = static_cast<uint32_t>(i_ExpressionsVector.size());
@@ -91,7 +92,7 @@ TErrorCode XPathOperator::evaluate(const std::vector<XPathExpression*>& i_Expres
       (minimum != -1 && count < static_cast<uint32_t>(minimum)) ||
       count < m_pFunction->getParametersRead()) {
     HOST_TRACE(trace, 1) << "XML_PLUGIN_ERROR_XPATH_ARGUMENTS_NUMBER_ERROR";
-    Trace reason(Tracer::getInstance(TRACE_COMPONENT), XML_PLUGIN_REASON_FUNCTION);
+    Trace reason(pluginTracer(), XML_PLUGIN_REASON_FUNCTION);
     HOST_TRACE(reason, 1) << "`" << GetExpressionString() << "` cannot take " << count
                           << (count == 1 ? " argument" : " arguments");
     return XML_PLUGIN_ERROR_XPATH_ARGUMENTS_NUMBER_ERROR;
@@ -101,9 +102,10 @@ TErrorCode XPathOperator::evaluate(const std::vector<XPathExpression*>& i_Expres
   HOST_TRACE(trace, 3) << "Evaluate";
   m_pFunction->SetSiblings(m_Siblings);
   m_pFunction->setStartNode(m_StartNode);
+  m_pFunction->setEvaluationContext(&io_Context);
   const TErrorCode result = m_pFunction->evaluate();
   if (result == HOST_ERROR_NOT_SUPPORTED) {
-    Trace reason(Tracer::getInstance(TRACE_COMPONENT), XML_PLUGIN_REASON_FUNCTION);
+    Trace reason(pluginTracer(), XML_PLUGIN_REASON_FUNCTION);
     HOST_TRACE(reason, 1) << "function `" << GetExpressionString() << "` is not supported";
   }
   if (result != 0) {

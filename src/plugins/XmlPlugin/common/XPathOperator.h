@@ -22,7 +22,8 @@ class XPathOperator : public XPathExpression {
   int getPriority() const override;
   bool isInfix() const override;
   int getArgumentsCount() const override;
-  TErrorCode evaluate(const std::vector<XPathExpression*>& i_ExpressionsVector) override;
+  TErrorCode evaluate(const std::vector<XPathExpression*>& i_ExpressionsVector,
+                      XPathEvaluationContext& io_Context) override;
   XPathExpression* getOutputArgument() override;  // owned by the function
   // Also frees the values the function and the parameter conversions made.
   void clearValue() override;

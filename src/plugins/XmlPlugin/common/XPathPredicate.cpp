@@ -3,13 +3,21 @@
 #include <map>
 
 #include "PluginTracer.h"
-#include "XPath.h"
+#include "XPathEvaluationContext.h"
 #include "XPathExpressionCache.h"
 #include "XPathNumberText.h"
 #include "XmlPluginConstants.h"
 #include "host/Trace.h"
 
 namespace XmlPlugin {
+
+namespace {
+
+bool isBlank(wchar_t i_Character) {
+  return i_Character == L' ';
+}
+
+}  // namespace
 
 XPathPredicate::XPathPredicate(const String& i_Expression)
     : XPathPredicate(std::make_shared<const String>(i_Expression), 0, i_Expression.length() - 1) {}
@@ -18,17 +26,36 @@ XPathPredicate::XPathPredicate(const std::shared_ptr<const String>& i_pText, int
                                int i_Close)
     : m_pText(i_pText), m_Open(i_Open), m_Close(i_Close), m_AnchoredPosition(anchoredPosition()) {}
 
+// The text is read like the expression reads it: blanks between the parts do not matter.
 long XPathPredicate::anchoredPosition() const {
-  const String prefix(L"position()=");
-  const int begin = m_Open + 1;
+  int end = m_Close;
+  while (end > m_Open + 1 && isBlank(m_pText->charAt(end - 1))) {
+    --end;
+  }
+  const auto skipBlanks = [&](int i_At) {
+    while (i_At < end && isBlank(m_pText->charAt(i_At))) {
+      ++i_At;
+    }
+    return i_At;
+  };
+  const String function(L"position()");
+  int at = skipBlanks(m_Open + 1);
+  if (!m_pText->startsWith(function, at)) {
+    return 0;
+  }
+  at = skipBlanks(at + function.length());
+  if (at == end || m_pText->charAt(at) != L'=') {
+    return 0;
+  }
+  at = skipBlanks(at + 1);
   // Nine digits at most, so that the number stays exact.
-  const int digits = m_Close - begin - prefix.length();
-  if (digits < 1 || digits > 9 || !m_pText->startsWith(prefix, begin)) {
+  const int digits = end - at;
+  if (digits < 1 || digits > 9) {
     return 0;
   }
   long position = 0;
-  for (int i = begin + prefix.length(); i < m_Close; ++i) {
-    const wchar_t digit = m_pText->charAt(i);
+  for (; at < end; ++at) {
+    const wchar_t digit = m_pText->charAt(at);
     if (digit < L'0' || digit > L'9') {
       return 0;
     }
@@ -45,7 +72,8 @@ void XPathPredicate::keepAnchored(std::list<Node*>& io_Nodes) const {
   }
 }
 
-TErrorCode XPathPredicate::fiterNodes(std::list<Node*>& io_Nodes) const {
+TErrorCode XPathPredicate::fiterNodes(std::list<Node*>& io_Nodes,
+                                      XPathEvaluationContext& io_Context) const {
   Trace trace(pluginTracer(), "XPathPredicate::fiterNodes");
   HOST_TRACE(trace, 3) << "m_Expression " << condition();
   if (!hasCondition()) {
@@ -54,20 +82,21 @@ TErrorCode XPathPredicate::fiterNodes(std::list<Node*>& io_Nodes) const {
   }
   HOST_TRACE(trace, 3) << "io_Nodes.size() = " << static_cast<unsigned long>(io_Nodes.size());
   if (m_AnchoredPosition > 0) {
-    if (!io_Nodes.empty() && !admitEvaluationWork(1)) {
+    if (!io_Context.admit(io_Nodes.size())) {
       return XML_PLUGIN_ERROR_XPATH_UNSUPPORTED_EXPRESSION;
     }
     keepAnchored(io_Nodes);
     return 0;
   }
 
-  const TErrorCode result = io_Nodes.empty() ? 0 : keepMatching(io_Nodes);
+  const TErrorCode result = io_Nodes.empty() ? 0 : keepMatching(io_Nodes, io_Context);
   HOST_TRACE(trace, 3) << "FilteredNodes.size() = " << static_cast<unsigned long>(io_Nodes.size());
   HOST_TRACE(trace, 3) << "result = " << result;
   return result;
 }
 
-TErrorCode XPathPredicate::keepMatching(std::list<Node*>& io_Nodes) const {
+TErrorCode XPathPredicate::keepMatching(std::list<Node*>& io_Nodes,
+                                        XPathEvaluationContext& io_Context) const {
   // Two positions, deliberately different: a number result is compared with the overall
   // position, while the root position handed to the evaluation counts only the candidates
   // of the same name, resuming where that name left off when it comes back.
@@ -80,8 +109,9 @@ TErrorCode XPathPredicate::keepMatching(std::list<Node*>& io_Nodes) const {
   // Compiled once; each candidate's run sees it as freshly parsed.
   const String text = condition();
   const XPathExpressionCache::Lease parser = XPathExpressionCache::get()->acquire(text);
-  const unsigned long cost =
-      XPATH_PREDICATE_EVALUATION_COST + text.length() / XPATH_PREDICATE_CHARACTERS_PER_COST;
+  const unsigned long cost = XPATH_PREDICATE_EVALUATION_COST +
+                             text.length() / XPATH_PREDICATE_CHARACTERS_PER_COST +
+                             parser->getExpressionsVector().size() * XPATH_PREDICATE_ITEM_COST;
   for (Node* pCandidate : io_Nodes) {
     if (pCandidate->m_Name != prevNodeName) {
       nextPositionByName[prevNodeName] = namePosition;
@@ -90,7 +120,7 @@ TErrorCode XPathPredicate::keepMatching(std::list<Node*>& io_Nodes) const {
       prevNodeName = pCandidate->m_Name;
     }
     bool keep = false;
-    result = judge(*parser, cost, pCandidate, io_Nodes, namePosition, position, keep);
+    result = judge(*parser, cost, pCandidate, io_Nodes, namePosition, position, io_Context, keep);
     if (keep) {
       kept.push_back(pCandidate);
     }
@@ -103,17 +133,20 @@ TErrorCode XPathPredicate::keepMatching(std::list<Node*>& io_Nodes) const {
 
 TErrorCode XPathPredicate::judge(XPathExpressionsParser& io_Parser, unsigned long i_Cost,
                                  Node* i_pCandidate, std::list<Node*>& i_Candidates,
-                                 long i_RootPosition, long i_Position, bool& o_Keep) const {
+                                 long i_RootPosition, long i_Position,
+                                 XPathEvaluationContext& io_Context, bool& o_Keep) const {
   Trace trace(pluginTracer(), "XPathPredicate::fiterNodes");
   HOST_TRACE(trace, 3) << "Node to check = " << i_pCandidate->m_Name
                        << " root position = " << i_RootPosition;
   o_Keep = false;
-  if (!admitEvaluationWork(i_Cost)) {
+  if (!io_Context.admit(i_Cost)) {
     return XML_PLUGIN_ERROR_XPATH_UNSUPPORTED_EXPRESSION;
   }
+  const XPathEvaluationContext::Candidate candidate(io_Context, i_Candidates, i_pCandidate,
+                                                    i_Position);
   io_Parser.setSiblings(&i_Candidates);
   io_Parser.setRootPosition(i_RootPosition);
-  TErrorCode result = io_Parser.runParser(i_pCandidate);
+  TErrorCode result = io_Parser.runParser(i_pCandidate, io_Context);
   HOST_TRACE(trace, 3) << "result after runParser = " << result;
   if (result != 0) {
     return result;

@@ -10,6 +10,7 @@
 
 namespace XmlPlugin {
 
+class XPathEvaluationContext;
 class XPathExpressionsParser;
 
 class XPathPredicate {
@@ -27,7 +28,8 @@ class XPathPredicate {
   // evaluation fails or gives no value is dropped. The code is that of the last candidate's
   // evaluation (0 for an empty list); the kept nodes are written back also on failure.
   // XML_PLUGIN_ERROR_XPATH_UNSUPPORTED_EXPRESSION for an empty predicate, list unchanged.
-  TErrorCode fiterNodes(std::list<Node*>& io_Nodes) const;
+  // The evaluations draw on io_Context.
+  TErrorCode fiterNodes(std::list<Node*>& io_Nodes, XPathEvaluationContext& io_Context) const;
 
   // False for "[]", which fails whatever the candidates.
   bool hasCondition() const { return m_Close - m_Open >= 2; }
@@ -35,10 +37,10 @@ class XPathPredicate {
   // The predicate text with its brackets.
   String getExpression() const { return m_pText->substring(m_Open, m_Close); }
 
-  // N when the predicate is "[position()=N]" (N a positive decimal), the form that anchors
-  // a relative path at its context node; 0 otherwise. Such a predicate keeps the candidate
-  // at place N (a candidate without parent counts as place 1) and is decided without an
-  // evaluation per candidate, with the same outcome.
+  // N when the predicate is "[position()=N]" (N a positive decimal, blanks allowed around
+  // the "="), the form that anchors a relative path at its context node; 0 otherwise. Such a
+  // predicate keeps the candidate at place N (a candidate without parent counts as place 1) and is
+  // decided without an evaluation per candidate, with the same outcome.
   long getAnchoredPosition() const { return m_AnchoredPosition; }
 
  private:
@@ -47,12 +49,12 @@ class XPathPredicate {
   String condition() const { return m_pText->substring(m_Open + 1, m_Close - 1); }
   void keepAnchored(std::list<Node*>& io_Nodes) const;
   // fiterNodes over a list that is not empty: the condition compiled once, run per candidate.
-  TErrorCode keepMatching(std::list<Node*>& io_Nodes) const;
+  TErrorCode keepMatching(std::list<Node*>& io_Nodes, XPathEvaluationContext& io_Context) const;
   // One candidate's verdict from a run of the compiled condition; i_Cost is what the run
-  // counts against the evaluation bounds.
+  // counts against the request's work budget.
   TErrorCode judge(XPathExpressionsParser& io_Parser, unsigned long i_Cost, Node* i_pCandidate,
                    std::list<Node*>& i_Candidates, long i_RootPosition, long i_Position,
-                   bool& o_Keep) const;
+                   XPathEvaluationContext& io_Context, bool& o_Keep) const;
 
   std::shared_ptr<const String> m_pText;
   int m_Open;   // the opening bracket in m_pText

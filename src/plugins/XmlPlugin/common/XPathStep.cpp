@@ -4,6 +4,7 @@
 #include <functional>
 #include <string_view>
 
+#include "XPathEvaluationContext.h"
 #include "XPathPredicate.h"
 #include "XmlPluginConstants.h"
 #include "host/WideChar.h"
@@ -215,7 +216,7 @@ TErrorCode XPathStep::getTextNode(const Node* i_Node, Node*& o_Text) {
   return result;
 }
 
-TErrorCode XPathStep::evaluateNode(Node*, XPathOutputCollector&) const {
+TErrorCode XPathStep::evaluateNode(Node*, XPathOutputCollector&, XPathEvaluationContext&) const {
   return XML_PLUGIN_ERROR_XPATH_NOT_FOUND;
 }
 
@@ -225,7 +226,8 @@ int XPathStep::stepMatching(const Node* i_Node) const {
              : 0;
 }
 
-TErrorCode XPathStep::filterNodes(std::list<Node*>& io_Nodes) const {
+TErrorCode XPathStep::filterNodes(std::list<Node*>& io_Nodes,
+                                  XPathEvaluationContext& io_Context) const {
   if (m_Predicates.empty()) {
     return 0;
   }
@@ -237,7 +239,7 @@ TErrorCode XPathStep::filterNodes(std::list<Node*>& io_Nodes) const {
                  ? XML_PLUGIN_ERROR_XPATH_UNSUPPORTED_EXPRESSION
                  : 0;
     }
-    if (m_Predicates[index]->fiterNodes(io_Nodes) != 0) {
+    if (m_Predicates[index]->fiterNodes(io_Nodes, io_Context) != 0) {
       return XML_PLUGIN_ERROR_XPATH_UNSUPPORTED_EXPRESSION;
     }
   }
@@ -249,7 +251,8 @@ long XPathStep::getAnchoredPosition() const {
 }
 
 TErrorCode XPathStep::markFilteredNodes(const std::list<Node*>& i_Nodes,
-                                        std::vector<MarkedNode>& o_Marked) const {
+                                        std::vector<MarkedNode>& o_Marked,
+                                        XPathEvaluationContext& io_Context) const {
   o_Marked.clear();
   if (m_Predicates.empty()) {
     // Nothing is marked, not even a node that fails the name test: the name test is
@@ -260,7 +263,7 @@ TErrorCode XPathStep::markFilteredNodes(const std::list<Node*>& i_Nodes,
     return 0;
   }
   std::list<Node*> passed(i_Nodes);
-  const TErrorCode result = filterNodes(passed);
+  const TErrorCode result = filterNodes(passed, io_Context);
   const std::unordered_set<const Node*> passing(passed.begin(), passed.end());
   for (Node* pNode : i_Nodes) {
     o_Marked.push_back(MarkedNode{pNode, passing.count(pNode) == 0});
@@ -268,11 +271,12 @@ TErrorCode XPathStep::markFilteredNodes(const std::list<Node*>& i_Nodes,
   return result;
 }
 
-TErrorCode XPathLeafStep::evaluateNode(Node* i_Node, XPathOutputCollector& io_Output) const {
+TErrorCode XPathLeafStep::evaluateNode(Node* i_Node, XPathOutputCollector& io_Output,
+                                       XPathEvaluationContext& io_Context) const {
   if (getAxis() != attribute) {
     return getAxis() == child && getName().compareTo(L"text()") == 0
-               ? evaluateText(i_Node, io_Output)
-               : evaluateElement(i_Node, io_Output);
+               ? evaluateText(i_Node, io_Output, io_Context)
+               : evaluateElement(i_Node, io_Output, io_Context);
   }
   return getName().compareTo(L"*") == 0 ? evaluateAttributes(i_Node, io_Output)
                                         : evaluateAttribute(i_Node, io_Output);
@@ -284,9 +288,10 @@ TErrorCode XPathLeafStep::addElement(std::unique_ptr<XPathOutputElement> i_pItem
   return 0;
 }
 
-TErrorCode XPathLeafStep::evaluateText(Node* i_Node, XPathOutputCollector& io_Output) const {
+TErrorCode XPathLeafStep::evaluateText(Node* i_Node, XPathOutputCollector& io_Output,
+                                       XPathEvaluationContext& io_Context) const {
   Node* pText = nullptr;
-  const TErrorCode result = getTextNode(i_Node, pText);
+  const TErrorCode result = io_Context.firstTextChild(i_Node, pText);
   if (result != 0) {
     return result;
   }
@@ -296,9 +301,10 @@ TErrorCode XPathLeafStep::evaluateText(Node* i_Node, XPathOutputCollector& io_Ou
   return addElement(makeItem(pText->m_Name, pText->m_Name, pText->m_Index, i_Node), io_Output);
 }
 
-TErrorCode XPathLeafStep::evaluateElement(Node* i_Node, XPathOutputCollector& io_Output) const {
+TErrorCode XPathLeafStep::evaluateElement(Node* i_Node, XPathOutputCollector& io_Output,
+                                          XPathEvaluationContext& io_Context) const {
   Node* pText = nullptr;
-  const TErrorCode result = getTextNode(i_Node, pText);
+  const TErrorCode result = io_Context.firstTextChild(i_Node, pText);
   const String text = pText != nullptr ? pText->m_Name : String();
   addElement(makeItem(text, String(), i_Node->m_Index, i_Node), io_Output);
   return result;

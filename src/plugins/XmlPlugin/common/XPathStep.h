@@ -16,6 +16,7 @@
 
 namespace XmlPlugin {
 
+class XPathEvaluationContext;
 class XPathPredicate;
 
 // The place of a step in its path.
@@ -101,7 +102,8 @@ class XPathStep {
 
   // What a node that the step before matched contributes to the result. Only a leaf
   // produces items; the other kinds answer XML_PLUGIN_ERROR_XPATH_NOT_FOUND.
-  virtual TErrorCode evaluateNode(Node* i_Node, XPathOutputCollector& io_Output) const;
+  virtual TErrorCode evaluateNode(Node* i_Node, XPathOutputCollector& io_Output,
+                                  XPathEvaluationContext& io_Context) const;
 
   // The name test, 1 or 0: the exact name, "*" or "node()"; the axis plays no part.
   int stepMatching(const Node* i_Node) const;
@@ -109,16 +111,16 @@ class XPathStep {
   // Keeps the nodes that pass the name test and every predicate; without predicates the
   // list stays as it is. XML_PLUGIN_ERROR_XPATH_UNSUPPORTED_EXPRESSION when a predicate
   // fails (the predicates after it are not applied).
-  TErrorCode filterNodes(std::list<Node*>& io_Nodes) const;
+  TErrorCode filterNodes(std::list<Node*>& io_Nodes, XPathEvaluationContext& io_Context) const;
 
   // Replaces o_Marked by one verdict per candidate, in order: marked when the step has
   // predicates and the node fails the name test or a predicate. The same code as
   // filterNodes; the verdicts are written also on failure.
-  TErrorCode markFilteredNodes(const std::list<Node*>& i_Nodes,
-                               std::vector<MarkedNode>& o_Marked) const;
+  TErrorCode markFilteredNodes(const std::list<Node*>& i_Nodes, std::vector<MarkedNode>& o_Marked,
+                               XPathEvaluationContext& io_Context) const;
 
-  // N when the step's one predicate is "[position()=N]" (it selects the N-th candidate that
-  // passes the name test); 0 otherwise.
+  // N when the step's one predicate is "[position()=N]", blanks allowed (it selects the N-th
+  // candidate that passes the name test); 0 otherwise.
   long getAnchoredPosition() const;
 
   const String& getName() const { return m_Name; }
@@ -170,15 +172,18 @@ class XPathLeafStep : public XPathStep {
   // - "@*": every attribute, numbered from the element's number on;
   // - "@name": that attribute with the number the lookup reports
   //   (XML_PLUGIN_ERROR_XPATH_NOT_FOUND when it is absent).
-  TErrorCode evaluateNode(Node* i_Node, XPathOutputCollector& io_Output) const override;
+  TErrorCode evaluateNode(Node* i_Node, XPathOutputCollector& io_Output,
+                          XPathEvaluationContext& io_Context) const override;
 
   // Adds the item to the output (see XPathOutputCollector); returns 0.
   static TErrorCode addElement(std::unique_ptr<XPathOutputElement> i_pItem,
                                XPathOutputCollector& io_Output);
 
  private:
-  TErrorCode evaluateText(Node* i_Node, XPathOutputCollector& io_Output) const;
-  TErrorCode evaluateElement(Node* i_Node, XPathOutputCollector& io_Output) const;
+  TErrorCode evaluateText(Node* i_Node, XPathOutputCollector& io_Output,
+                          XPathEvaluationContext& io_Context) const;
+  TErrorCode evaluateElement(Node* i_Node, XPathOutputCollector& io_Output,
+                             XPathEvaluationContext& io_Context) const;
   TErrorCode evaluateAttributes(Node* i_Node, XPathOutputCollector& io_Output) const;
   TErrorCode evaluateAttribute(Node* i_Node, XPathOutputCollector& io_Output) const;
 };

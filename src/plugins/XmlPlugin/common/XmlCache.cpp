@@ -5,6 +5,7 @@
 #include <cstdlib>
 #include <iterator>
 
+#include "PluginTracer.h"
 #include "XmlFileParser.h"
 #include "XmlNodeSink.h"
 #include "XmlPluginConstants.h"
@@ -25,7 +26,7 @@ size_t budgetFromEnvironment() {
   const double megabytes = std::strtod(pValue, &pEnd);
   // A budget past a petabyte is no budget.
   if (*pEnd != '\0' || !(megabytes >= 0) || megabytes > 1e9) {
-    Trace trace(Tracer::getInstance(TRACE_COMPONENT), "XmlCache::XmlCache");
+    Trace trace(pluginTracer(), "XmlCache::XmlCache");
     HOST_TRACE(trace, 1) << "XMLPLUGIN_CACHE_MAX_MB is not a number of MiB: [" << pValue
                          << "]; the cache is not bounded";
     return NO_BUDGET;
@@ -80,7 +81,7 @@ bool XmlCache::share(const String& i_FileName, const Node*& o_pTree) {
   const TreeList::iterator tree = same->second;
   addEntry(i_FileName, tree);
   markUsed(tree);
-  Trace trace(Tracer::getInstance(TRACE_COMPONENT), "XmlCache::getXmlTree");
+  Trace trace(pluginTracer(), "XmlCache::getXmlTree");
   HOST_TRACE(trace, 3) << "The XML file " << i_FileName << " shares the tree loaded as "
                        << tree->m_Names.front();
   o_pTree = tree->m_pRoot.get();
@@ -96,7 +97,7 @@ TErrorCode XmlCache::load(const String& i_FileName, const Node*& o_pTree) {
   }
   // A successful parse without a tree is stored as a null root, which callers report.
   std::unique_ptr<Node> pRoot(sink.getRootNode());
-  Trace trace(Tracer::getInstance(TRACE_COMPONENT), "XmlCache::getXmlTree");
+  Trace trace(pluginTracer(), "XmlCache::getXmlTree");
   HOST_TRACE(trace, 3) << "Loaded the XML file " << i_FileName << ": "
                        << static_cast<unsigned long>(parser.getTreeBytes()) << " bytes, "
                        << static_cast<unsigned long>(parser.getNodeCount()) << " nodes";
@@ -133,7 +134,7 @@ void XmlCache::keepBudget(TreeList::iterator i_Kept) {
 }
 
 XmlCache::TreeList::iterator XmlCache::evict(TreeList::iterator i_Tree) {
-  Trace trace(Tracer::getInstance(TRACE_COMPONENT), "XmlCache::getXmlTree");
+  Trace trace(pluginTracer(), "XmlCache::getXmlTree");
   HOST_TRACE(trace, 3) << "Evicted the tree of the XML file " << i_Tree->m_Names.front() << " ("
                        << static_cast<unsigned long>(i_Tree->m_Bytes) << " bytes) to stay within "
                        << static_cast<unsigned long>(m_Budget) << " bytes";

@@ -1,5 +1,6 @@
 #include "XmlFileParser.h"
 
+#include "PluginTracer.h"
 #include "XmlPlugin/XmlPluginReasons.h"
 #include "XmlPluginConstants.h"
 #include "host/File.h"
@@ -13,7 +14,7 @@ namespace {
 // One record, in the words of a rule author, of why the file gave no tree.
 void traceReason(const String& i_FileName, int32_t i_Status, const XmlNodeSink& i_Sink,
                  uint32_t i_Column) {
-  Trace reason(Tracer::getInstance(TRACE_COMPONENT), XML_PLUGIN_REASON_FUNCTION);
+  Trace reason(pluginTracer(), XML_PLUGIN_REASON_FUNCTION);
   if (!reason.on(1)) {
     return;
   }

@@ -1,0 +1,135 @@
+// What one request's evaluation shares across all its path operands and predicates: one
+// work budget, the refusal once that budget or the nesting bound is passed, and indexes over
+// the tree (which does not change while the request runs).
+#pragma once
+
+#include <cstddef>
+#include <list>
+#include <unordered_map>
+#include <unordered_set>
+#include <utility>
+#include <vector>
+
+#include "host/Node.h"
+#include "host/String.h"
+#include "host/Types.h"
+
+namespace XmlPlugin {
+
+class XPathStep;
+
+// Bounds of one request; past them it fails with XML_PLUGIN_ERROR_XPATH_UNSUPPORTED_EXPRESSION.
+// How deeply steps may nest: twice the reader's deepest document, so that a path may climb
+// to the top of such a document and search all the way down again.
+const unsigned int XPATH_MAX_STEP_NESTING = 4096;
+// How much work a request may do, in units of about one node visited: a node tried against a
+// step, a child listed, an ancestor climbed, a sibling passed, a step call remembered. Measured
+// in a release build (bench/hostile-queries.sh and the like): a unit takes 55-125 ns whatever
+// the request spends it on, so the bound is reached after 1-2.5 s (about 3 s when other work
+// shares the machine). A path that makes an item of every element of a document reaches it at
+// about 4 million elements.
+const unsigned long XPATH_MAX_STEP_EVALUATIONS = 20000000;
+
+// What a result item costs besides the visit that made it: making it, copying it out of the
+// operand and ordering it cost about as much as visiting two nodes.
+const unsigned long XPATH_ITEM_COST = 2;
+
+// What the evaluation of a predicate for one candidate costs, in units, besides the paths it
+// evaluates: a fixed part, a part per character read and a part per item of the expression
+// (a parser is made for each candidate). Measured: 3.6 us a candidate for //v[.=""], 8 us
+// for //v[string-length(concat(name(), "abc")) > 2] (6 items), 1.5 ms for
+// //v[1+1+...+1=400] (801 items).
+const unsigned long XPATH_PREDICATE_EVALUATION_COST = 48;
+const unsigned long XPATH_PREDICATE_CHARACTERS_PER_COST = 16;
+const unsigned long XPATH_PREDICATE_ITEM_COST = 24;
+
+class XPathEvaluationContext {
+ public:
+  // A request allowed i_MaxWork units of work.
+  explicit XPathEvaluationContext(unsigned long i_MaxWork = XPATH_MAX_STEP_EVALUATIONS);
+  XPathEvaluationContext(const XPathEvaluationContext&) = delete;
+  XPathEvaluationContext& operator=(const XPathEvaluationContext&) = delete;
+
+  // Counts i_Cost units of work; false (and the request refused for good) past the budget
+  // or the nesting bound.
+  bool admit(unsigned long i_Cost);
+  // True once anything was refused: the request then fails as a whole, also where the
+  // refusal happened inside an operand or a predicate whose own failures are dropped.
+  bool isRefused() const { return m_Refused; }
+  unsigned long getWork() const { return m_Work; }
+
+  // One more level of step evaluation under way, while the guard lives.
+  class Nesting {
+   public:
+    explicit Nesting(XPathEvaluationContext& io_Context) : m_Context(io_Context) {
+      ++m_Context.m_Nesting;
+    }
+    ~Nesting() { --m_Context.m_Nesting; }
+    Nesting(const Nesting&) = delete;
+    Nesting& operator=(const Nesting&) = delete;
+
+   private:
+    XPathEvaluationContext& m_Context;
+  };
+
+  // The candidate a predicate is judging, while the guard lives, with its place in the
+  // candidate list: position() then finds it without searching the list.
+  class Candidate {
+   public:
+    Candidate(XPathEvaluationContext& io_Context, const std::list<Node*>& i_Candidates,
+              const Node* i_pNode, long i_Position)
+        : m_Context(io_Context) {
+      m_Context.m_Candidates.push_back(CandidatePlace{&i_Candidates, i_pNode, i_Position});
+    }
+    ~Candidate() { m_Context.m_Candidates.pop_back(); }
+    Candidate(const Candidate&) = delete;
+    Candidate& operator=(const Candidate&) = delete;
+
+   private:
+    XPathEvaluationContext& m_Context;
+  };
+
+  // The 1-based place of i_pNode in i_Siblings, 0 when it is not there; constant time for
+  // the candidate being judged.
+  long positionAmong(const std::list<Node*>& i_Siblings, const Node* i_pNode);
+
+  // The i_Position-th (1-based) element child of i_pParent that passes i_Step's name test,
+  // or null; getting the children may fail with the host's code. Each parent's children
+  // are listed once per name test, so that an anchored step ("name[position()=N]", which
+  // relative paths inside predicates begin with) finds its node without walking all
+  // siblings for every candidate.
+  TErrorCode nthChild(const Node* i_pParent, const XPathStep& i_Step, long i_Position,
+                      Node*& o_pChild);
+  // The first text child of a node, or null, in constant time however many children come
+  // before it; -101 for a null node.
+  TErrorCode firstTextChild(const Node* i_pNode, Node*& o_pText);
+  // The place of i_pChild among all children of i_pParent, whatever their kind, in
+  // constant time; the child count when it is not among them.
+  size_t childPosition(const Node* i_pParent, const Node* i_pChild);
+
+ private:
+  void refuse();
+
+  struct CandidatePlace {
+    const std::list<Node*>* m_pCandidates;
+    const Node* m_pNode;
+    long m_Position;
+  };
+
+  unsigned long m_MaxWork;
+  unsigned long m_Work = 0;
+  unsigned int m_Nesting = 0;
+  bool m_Refused = false;
+  std::vector<CandidatePlace> m_Candidates;  // innermost last
+
+  typedef std::pair<const Node*, String> ChildKey;
+  struct ChildKeyHash {
+    size_t operator()(const ChildKey& i_Key) const;
+  };
+  std::unordered_map<ChildKey, std::vector<Node*>, ChildKeyHash> m_NamedChildren;
+  std::unordered_map<const Node*, Node*> m_FirstTexts;  // of elements with many children
+  std::unordered_set<const Node*> m_IndexedParents;
+  std::unordered_map<const Node*, size_t> m_ChildPositions;  // of their children
+};
+
+}  // namespace XmlPlugin
