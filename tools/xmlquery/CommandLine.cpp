@@ -8,6 +8,7 @@ const char* const USAGE_TEXT =
     "usage: xmlquery [OPTIONS] [--] FILE... XPATH\n"
     "       xmlquery --batch [--trace LEVEL] [--plugin PATH] [FILE|-]\n"
     "       xmlquery --lint XPATH\n"
+    "       xmlquery --explain [--plugin PATH] FILE XPATH\n"
     "\n"
     "Evaluates XPATH over each XML document FILE with the XML query plug-in and prints\n"
     "each value on its own line, after the file name and a colon when there are several\n"
@@ -30,6 +31,10 @@ const char* const USAGE_TEXT =
     "                       {\"error\": \"...\"} for a line that cannot be read\n"
     "  --lint          name the constructs in XPATH that this engine reads otherwise than\n"
     "                  XPath 1.0, each with a form that works (exit status 1 if any)\n"
+    "  --explain       tell how the engine evaluates XPATH over FILE: the items the text\n"
+    "                  was cut into, their postfix order, each location path as anchored\n"
+    "                  and prepared, how many nodes each step kept, each predicate's\n"
+    "                  verdicts, the value, and the --lint warnings\n"
     "  -h, --help      print this text\n"
     "  --version       print the version\n"
     "\n"
@@ -63,6 +68,15 @@ bool checkOperands(std::vector<std::string>& io_Operands, CommandLine& io_Comman
       return false;
     }
     io_CommandLine.m_XPath = io_Operands[0];
+    return true;
+  }
+  if (io_CommandLine.m_Mode == CommandLine::Explain) {
+    if (io_Operands.size() != 2 || io_CommandLine.m_FilesFromInput) {
+      o_Error = "--explain takes one FILE and XPATH";
+      return false;
+    }
+    io_CommandLine.m_Files.push_back(io_Operands[0]);
+    io_CommandLine.m_XPath = io_Operands[1];
     return true;
   }
   if (io_CommandLine.m_Mode == CommandLine::Batch) {
@@ -119,6 +133,8 @@ bool parseCommandLine(int i_Argc, const char* const* i_Argv, CommandLine& o_Comm
       return true;
     } else if (argument == "--lint") {
       o_CommandLine.m_Mode = CommandLine::Lint;
+    } else if (argument == "--explain") {
+      o_CommandLine.m_Mode = CommandLine::Explain;
     } else if (argument == "--empty-exit") {
       o_CommandLine.m_EmptyExit = true;
     } else if (argument == "--stdin") {
