@@ -2,6 +2,7 @@
 // answers unchanged while an explainer watches.
 #include <gtest/gtest.h>
 
+#include <fstream>
 #include <string>
 #include <vector>
 
@@ -131,6 +132,27 @@ TEST(ExplainTest, TellsTheEvaluation) {
     EXPECT_EQ(outcome.m_Exit, row.m_Exit) << row.m_XPath << "\n" << outcome.m_Err;
     EXPECT_EQ(outcome.m_Out, row.m_Out) << row.m_XPath;
   }
+}
+
+// The README's example is what the tool prints for it.
+TEST(ExplainTest, ReadmeExampleIsCurrent) {
+  const std::string command = "$ xmlquery --explain examples/library.xml ";
+  std::ifstream readme(README_PATH);
+  std::string line;
+  std::string query;
+  while (query.empty() && std::getline(readme, line)) {
+    if (line.rfind(command, 0) == 0) {
+      query = line.substr(command.size() + 1, line.size() - command.size() - 2);  // unquoted
+    }
+  }
+  std::string example;
+  while (std::getline(readme, line) && line != "```") {
+    example += line + "\n";
+  }
+  ASSERT_FALSE(query.empty());
+  EXPECT_EQ(
+      TestCommand::run(XMLQUERY_PATH, {"--explain", EXAMPLES_DIR "/library.xml", query}).m_Out,
+      example);
 }
 
 TEST(ExplainTest, UsageErrors) {

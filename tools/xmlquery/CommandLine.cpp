@@ -39,7 +39,8 @@ const char* const USAGE_TEXT =
     "  --version       print the version\n"
     "\n"
     "Exit status: 0 success, 1 the plug-in returned an error code (printed to stderr with\n"
-    "the reason) or could not be loaded, 2 usage error, 3 nothing selected (--empty-exit).\n";
+    "the reason; with --explain to stdout) or could not be loaded, 2 usage error, 3 nothing\n"
+    "selected (--empty-exit).\n";
 
 namespace {
 
