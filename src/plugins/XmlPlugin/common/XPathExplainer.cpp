@@ -154,7 +154,7 @@ void XPathExplainer::itemsMade(size_t i_Items) {
 
 void XPathExplainer::stepMatched(unsigned int i_Index, const Node* i_pNode, bool i_Marked) {
   Frame& path = m_Frames.back();
-  if (!i_Marked && i_Index < path.m_Kept.size()) {
+  if (!path.m_Quiet && !i_Marked && i_Index < path.m_Kept.size()) {
     path.m_Kept[i_Index].insert(i_pNode);
   }
 }
