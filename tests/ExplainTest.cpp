@@ -157,7 +157,8 @@ TEST(ExplainTest, ReadmeExampleIsCurrent) {
 TEST(ExplainTest, UsageErrors) {
   for (const std::vector<std::string>& arguments :
        {std::vector<std::string>{"--explain", SHELF},
-        std::vector<std::string>{"--explain", SHELF, SHELF, "/a"}}) {
+        std::vector<std::string>{"--explain", SHELF, SHELF, "/a"},
+        std::vector<std::string>{"--explain", "--scalar", SHELF, "/a"}}) {
     const TestCommand::Outcome outcome = TestCommand::run(XMLQUERY_PATH, arguments);
     EXPECT_EQ(outcome.m_Exit, 2);
     EXPECT_EQ(outcome.m_Err.rfind("xmlquery: --explain takes one FILE and XPATH", 0), 0u)

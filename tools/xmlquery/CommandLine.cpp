@@ -61,6 +61,12 @@ bool takeValue(int i_Argc, const char* const* i_Argv, int& io_Index, std::string
   return true;
 }
 
+// The options of a query over files, which the other modes refuse.
+bool hasQueryOptions(const CommandLine& i_CommandLine) {
+  return i_CommandLine.m_Scalar || i_CommandLine.m_MustExist || i_CommandLine.m_Json ||
+         i_CommandLine.m_EmptyExit || i_CommandLine.m_FilesFromInput;
+}
+
 bool checkOperands(std::vector<std::string>& io_Operands, CommandLine& io_CommandLine,
                    std::string& o_Error) {
   if (io_CommandLine.m_Mode == CommandLine::Lint) {
@@ -72,8 +78,8 @@ bool checkOperands(std::vector<std::string>& io_Operands, CommandLine& io_Comman
     return true;
   }
   if (io_CommandLine.m_Mode == CommandLine::Explain) {
-    if (io_Operands.size() != 2 || io_CommandLine.m_FilesFromInput) {
-      o_Error = "--explain takes one FILE and XPATH";
+    if (io_Operands.size() != 2 || hasQueryOptions(io_CommandLine)) {
+      o_Error = "--explain takes one FILE and XPATH, and no options but --trace and --plugin";
       return false;
     }
     io_CommandLine.m_Files.push_back(io_Operands[0]);
@@ -81,8 +87,7 @@ bool checkOperands(std::vector<std::string>& io_Operands, CommandLine& io_Comman
     return true;
   }
   if (io_CommandLine.m_Mode == CommandLine::Batch) {
-    if (io_CommandLine.m_Scalar || io_CommandLine.m_MustExist || io_CommandLine.m_Json ||
-        io_CommandLine.m_EmptyExit || io_CommandLine.m_FilesFromInput) {
+    if (hasQueryOptions(io_CommandLine)) {
       o_Error = "--batch takes its options from each request";
       return false;
     }
