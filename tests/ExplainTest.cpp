@@ -10,6 +10,7 @@
 #include "EngineAnswer.h"
 #include "XPathExplainer.h"
 #include "XmlCache.h"
+#include "XmlPlugin/XmlPluginExplain.h"
 
 namespace {
 
@@ -164,6 +165,14 @@ TEST(ExplainTest, UsageErrors) {
     EXPECT_EQ(outcome.m_Err.rfind("xmlquery: --explain takes one FILE and XPATH", 0), 0u)
         << outcome.m_Err;
   }
+}
+
+TEST(ExplainTest, EntryRefusesNullArguments) {
+  const XmlPluginExplainLine ignore = [](void*, const char*) {};
+  const String shelf(SHELF.c_str());
+  EXPECT_EQ(xmlPluginExplain(nullptr, L"/a", ignore, nullptr), HOST_ERROR_BAD_ARGUMENT);
+  EXPECT_EQ(xmlPluginExplain(shelf.c_str(), nullptr, ignore, nullptr), HOST_ERROR_BAD_ARGUMENT);
+  EXPECT_EQ(xmlPluginExplain(shelf.c_str(), L"/a", nullptr, nullptr), HOST_ERROR_BAD_ARGUMENT);
 }
 
 // Watching changes nothing: every kind of query gives the host the same answer with an
