@@ -1,4 +1,5 @@
-// The plug-in library exports exactly its entry points, constants and the comparison table.
+// The plug-in library exports exactly its entry points (the explain entry too), constants and
+// the comparison table.
 #include <gtest/gtest.h>
 
 #include <set>
@@ -23,6 +24,7 @@ TEST(ExportedSymbolsTest, LibraryExportsExactlyTheInterface) {
   std::set<std::string> expected = {
       "createPlugin",
       "destroyPlugin",
+      "xmlPluginExplain",
       "XML_PLUGIN_NAME",
       "XML_PLUGIN_EXPRESSION_XMLVALUE",
       "XML_PLUGIN_EXPRESSION_XMLVALUES",

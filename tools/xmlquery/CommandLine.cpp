@@ -8,6 +8,7 @@ const char* const USAGE_TEXT =
     "usage: xmlquery [OPTIONS] [--] FILE... XPATH\n"
     "       xmlquery --batch [--trace LEVEL] [--plugin PATH] [FILE|-]\n"
     "       xmlquery --lint XPATH\n"
+    "       xmlquery --explain [--plugin PATH] FILE XPATH\n"
     "\n"
     "Evaluates XPATH over each XML document FILE with the XML query plug-in and prints\n"
     "each value on its own line, after the file name and a colon when there are several\n"
@@ -30,11 +31,16 @@ const char* const USAGE_TEXT =
     "                       {\"error\": \"...\"} for a line that cannot be read\n"
     "  --lint          name the constructs in XPATH that this engine reads otherwise than\n"
     "                  XPath 1.0, each with a form that works (exit status 1 if any)\n"
+    "  --explain       tell how the engine evaluates XPATH over FILE: the items the text\n"
+    "                  was cut into, their postfix order, each location path as anchored\n"
+    "                  and prepared, how many nodes each step kept, each predicate's\n"
+    "                  verdicts, the value, and the --lint warnings\n"
     "  -h, --help      print this text\n"
     "  --version       print the version\n"
     "\n"
     "Exit status: 0 success, 1 the plug-in returned an error code (printed to stderr with\n"
-    "the reason) or could not be loaded, 2 usage error, 3 nothing selected (--empty-exit).\n";
+    "the reason; with --explain to stdout) or could not be loaded, 2 usage error, 3 nothing\n"
+    "selected (--empty-exit).\n";
 
 namespace {
 
@@ -55,6 +61,12 @@ bool takeValue(int i_Argc, const char* const* i_Argv, int& io_Index, std::string
   return true;
 }
 
+// The options of a query over files, which the other modes refuse.
+bool hasQueryOptions(const CommandLine& i_CommandLine) {
+  return i_CommandLine.m_Scalar || i_CommandLine.m_MustExist || i_CommandLine.m_Json ||
+         i_CommandLine.m_EmptyExit || i_CommandLine.m_FilesFromInput;
+}
+
 bool checkOperands(std::vector<std::string>& io_Operands, CommandLine& io_CommandLine,
                    std::string& o_Error) {
   if (io_CommandLine.m_Mode == CommandLine::Lint) {
@@ -65,9 +77,17 @@ bool checkOperands(std::vector<std::string>& io_Operands, CommandLine& io_Comman
     io_CommandLine.m_XPath = io_Operands[0];
     return true;
   }
+  if (io_CommandLine.m_Mode == CommandLine::Explain) {
+    if (io_Operands.size() != 2 || hasQueryOptions(io_CommandLine)) {
+      o_Error = "--explain takes one FILE and XPATH, and no options but --trace and --plugin";
+      return false;
+    }
+    io_CommandLine.m_Files.push_back(io_Operands[0]);
+    io_CommandLine.m_XPath = io_Operands[1];
+    return true;
+  }
   if (io_CommandLine.m_Mode == CommandLine::Batch) {
-    if (io_CommandLine.m_Scalar || io_CommandLine.m_MustExist || io_CommandLine.m_Json ||
-        io_CommandLine.m_EmptyExit || io_CommandLine.m_FilesFromInput) {
+    if (hasQueryOptions(io_CommandLine)) {
       o_Error = "--batch takes its options from each request";
       return false;
     }
@@ -119,6 +139,8 @@ bool parseCommandLine(int i_Argc, const char* const* i_Argv, CommandLine& o_Comm
       return true;
     } else if (argument == "--lint") {
       o_CommandLine.m_Mode = CommandLine::Lint;
+    } else if (argument == "--explain") {
+      o_CommandLine.m_Mode = CommandLine::Explain;
     } else if (argument == "--empty-exit") {
       o_CommandLine.m_EmptyExit = true;
     } else if (argument == "--stdin") {

@@ -8,7 +8,7 @@
 namespace XmlQuery {
 
 struct CommandLine {
-  enum Mode { Single, Batch, Lint, Help, Version };
+  enum Mode { Single, Batch, Lint, Explain, Help, Version };
   Mode m_Mode = Single;
   bool m_Scalar = false;          // --scalar: XmlValue instead of XmlValues
   bool m_MustExist = false;       // --must-exist: "mustExist" set to PLUGIN_RESULT_TRUE
@@ -17,8 +17,8 @@ struct CommandLine {
   bool m_FilesFromInput = false;  // --stdin or "-": more file names, one a line, on stdin
   std::optional<int> m_TraceLevel;
   std::string m_PluginPath;          // empty: the library beside the executable
-  std::vector<std::string> m_Files;  // single mode, in the order given
-  std::string m_XPath;               // single and lint mode
+  std::vector<std::string> m_Files;  // single mode, in the order given; explain: the one FILE
+  std::string m_XPath;               // single, lint and explain mode
   std::string m_BatchInput = "-";    // batch mode: a file name, "-" for standard input
 };
 

@@ -42,6 +42,7 @@ bool PluginLibrary::load(const std::string& i_Path, std::string& o_Error) {
   }
   m_CreatePlugin = reinterpret_cast<CreatePluginFunction>(dlsym(m_pHandle, "createPlugin"));
   m_DestroyPlugin = reinterpret_cast<DestroyPluginFunction>(dlsym(m_pHandle, "destroyPlugin"));
+  m_Explain = reinterpret_cast<XmlPluginExplainFunction>(dlsym(m_pHandle, "xmlPluginExplain"));
   if (m_CreatePlugin == nullptr || m_DestroyPlugin == nullptr) {
     o_Error = i_Path + " does not export createPlugin and destroyPlugin";
     return false;

@@ -3,6 +3,7 @@
 
 #include <string>
 
+#include "XmlPlugin/XmlPluginExplain.h"
 #include "host/PluginSDK.h"
 #include "host/Types.h"
 
@@ -21,11 +22,14 @@ class PluginLibrary {
 
   CreatePluginFunction createPlugin() const { return m_CreatePlugin; }
   DestroyPluginFunction destroyPlugin() const { return m_DestroyPlugin; }
+  // Null when the library has no explain entry.
+  XmlPluginExplainFunction explain() const { return m_Explain; }
 
  private:
   void* m_pHandle = nullptr;
   CreatePluginFunction m_CreatePlugin = nullptr;
   DestroyPluginFunction m_DestroyPlugin = nullptr;
+  XmlPluginExplainFunction m_Explain = nullptr;
 };
 
 // The name of the XML_PLUGIN_ERROR_* constant (or host code) that holds i_Code; empty when

@@ -114,15 +114,46 @@ void runBatch(std::istream& i_Input, PluginSession& io_Session) {
   }
 }
 
+// Writes each warning after i_Prefix: its column, rule and message, the text around the
+// column and the form that works.
+void printLintWarnings(const std::vector<LintWarning>& i_Warnings, const std::string& i_XPath,
+                       const std::string& i_Prefix) {
+  for (const LintWarning& warning : i_Warnings) {
+    std::cout << i_Prefix << "column " << warning.m_Column << ": " << warning.m_Rule << ": "
+              << warning.m_Message << '\n';
+    printExcerpt(i_XPath, static_cast<size_t>(warning.m_Column), i_Prefix, std::cout);
+    std::cout << i_Prefix << "  instead: " << warning.m_Instead << '\n';
+  }
+}
+
 int runLint(const std::string& i_XPath) {
   const std::vector<LintWarning> warnings = lintXPath(i_XPath);
-  for (const LintWarning& warning : warnings) {
-    std::cout << "column " << warning.m_Column << ": " << warning.m_Rule << ": "
-              << warning.m_Message << '\n';
-    printExcerpt(i_XPath, static_cast<size_t>(warning.m_Column), "", std::cout);
-    std::cout << "  instead: " << warning.m_Instead << '\n';
-  }
+  printLintWarnings(warnings, i_XPath, "");
   return warnings.empty() ? EXIT_SUCCESS : EXIT_LINT_WARNINGS;
+}
+
+// The query, its lint warnings, the plug-in's account of the evaluation and its outcome, all
+// on standard output.
+int runExplain(const CommandLine& i_CommandLine, const PluginLibrary& i_Library) {
+  const std::string& xpath = i_CommandLine.m_XPath;
+  if (i_Library.explain() == nullptr) {
+    std::cerr << "xmlquery: the plug-in cannot explain an evaluation\n";
+    return EXIT_PLUGIN_ERROR;
+  }
+  std::cout << "query: " << xpath << '\n';
+  printLintWarnings(lintXPath(xpath), xpath, "lint: ");
+  ReasonCollector reasons;
+  const TErrorCode code = i_Library.explain()(
+      String(i_CommandLine.m_Files.front().c_str()).c_str(), String(xpath.c_str()).c_str(),
+      [](void* io_pOutput, const char* i_Line) {
+        *static_cast<std::ostream*>(io_pOutput) << i_Line << '\n';
+      },
+      &std::cout);
+  if (code != 0) {
+    std::cout << "error " << code << ' ' << errorName(code) << '\n';
+  }
+  printReason(reasons.take(), xpath, code != 0 ? "" : "warning: ", std::cout);
+  return code != 0 ? EXIT_PLUGIN_ERROR : EXIT_SUCCESS;
 }
 
 int run(const CommandLine& i_CommandLine) {
@@ -152,6 +183,9 @@ int run(const CommandLine& i_CommandLine) {
   }
   if (i_CommandLine.m_Mode == CommandLine::Single) {
     return runQueries(i_CommandLine, session);
+  }
+  if (i_CommandLine.m_Mode == CommandLine::Explain) {
+    return runExplain(i_CommandLine, library);
   }
   runBatch(batchFile.is_open() ? batchFile : std::cin, session);
   return EXIT_SUCCESS;

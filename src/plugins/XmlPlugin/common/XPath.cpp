@@ -18,6 +18,7 @@
 #include <list>
 
 #include "PluginTracer.h"
+#include "XPathEvaluationObserver.h"
 #include "XmlPluginConstants.h"
 #include "host/Trace.h"
 #include "host/WideChar.h"
@@ -144,6 +145,8 @@ TErrorCode XPath::getValues(XPathOutputElements& o_Output, Node* i_Root) {
     return 0;
   }
   HOST_TRACE(trace, 3) << "Evaluating the xpath [" << m_XPath << "] for the XML file ";
+  if (XPathEvaluationObserver* pObserver = m_Context.getObserver())
+    pObserver->pathsPrepared(m_XPath, m_XPaths, i_Root);
   deleteOutputElements(o_Output);
   {
     XPathOutputCollector collector(o_Output);
@@ -160,11 +163,15 @@ TErrorCode XPath::getValues(XPathOutputElements& o_Output, Node* i_Root) {
   if (result != 0) {
     deleteOutputElements(o_Output);
   }
+  if (XPathEvaluationObserver* pObserver = m_Context.getObserver())
+    pObserver->pathsEvaluated(o_Output, result);
   return result;
 }
 
 TErrorCode XPath::evaluatePath(Node* i_Root, XPathOutputCollector& io_Output) {
   m_Tokens = m_XPathParser.getTokens(m_XPaths[m_CurrentXPath]);
+  if (XPathEvaluationObserver* pObserver = m_Context.getObserver())
+    pObserver->pathStarted(m_Tokens);
   m_Steps.clear();
   m_StepResults.clear();
   m_LeafResults.clear();
@@ -250,6 +257,8 @@ TErrorCode XPath::tryStep(MarkedNode i_Node, unsigned int i_StepPosition,
   }
   unsigned int position = i_StepPosition;
   if (pStep->stepMatching(i_Node.m_Node) != 0) {
+    if (XPathEvaluationObserver* pObserver = m_Context.getObserver())
+      pObserver->stepMatched(i_StepPosition, i_Node.m_Node, i_Node.m_Marked);
     result = evaluateMatch(i_Node, *pStep, position, io_Output, i_absoluteDeepSearch);
   }
   if (pStep->isAbsoluteDeepSearch() || i_absoluteDeepSearch) {
@@ -344,6 +353,8 @@ TErrorCode XPath::evaluateLeafNode(Node* i_Node, const XPathStep& i_Leaf,
   }
   const size_t before = io_Output.items().size();
   const TErrorCode result = i_Leaf.evaluateNode(i_Node, io_Output, m_Context);
+  if (XPathEvaluationObserver* pObserver = m_Context.getObserver())
+    pObserver->itemsMade(io_Output.items().size() - before);
   if (!m_Context.admit(XPATH_ITEM_COST * (io_Output.items().size() - before))) {
     return XML_PLUGIN_ERROR_XPATH_UNSUPPORTED_EXPRESSION;
   }

@@ -2,6 +2,7 @@
 
 #include "PluginTracer.h"
 #include "XPathEvaluationContext.h"
+#include "XPathEvaluationObserver.h"
 #include "XPathExpressionCache.h"
 #include "XmlCache.h"
 #include "XmlPluginConstants.h"
@@ -10,7 +11,7 @@
 namespace XmlPlugin {
 
 TErrorCode XPathEngine::start(const String& i_XPath, const String& i_FileName,
-                              XPathOutputElements& o_Output) {
+                              XPathOutputElements& o_Output, XPathEvaluationObserver* i_pObserver) {
   Trace trace(pluginTracer(), "XPathEngine::start");
   HOST_TRACE(trace, 3) << "Parsing [" << i_XPath << "] for the XML file " << i_FileName;
   const Node* pTree = nullptr;
@@ -22,6 +23,7 @@ TErrorCode XPathEngine::start(const String& i_XPath, const String& i_FileName,
     }
     const XPathExpressionCache::Lease parser = XPathExpressionCache::get()->acquire(i_XPath);
     XPathEvaluationContext context;
+    context.setObserver(i_pObserver);
     // The engine never modifies a tree; the parser's interface just predates const nodes.
     result = parser->runParser(const_cast<Node*>(pTree), context);
     if (result == 0 && context.isRefused()) {
@@ -35,6 +37,8 @@ TErrorCode XPathEngine::start(const String& i_XPath, const String& i_FileName,
       OutputElementsGuard guard(values);
       result = parser->getValues(values);
       if (result == 0) {
+        if (i_pObserver != nullptr)
+          i_pObserver->valueShaped(parser->getXPathOutputType(), values);
         o_Output.insert(o_Output.end(), values.begin(), values.end());
         values.clear();
       }

@@ -16,6 +16,7 @@
 
 namespace XmlPlugin {
 
+class XPathEvaluationObserver;
 class XPathStep;
 
 // Bounds of one request; past them it fails with XML_PLUGIN_ERROR_XPATH_UNSUPPORTED_EXPRESSION.
@@ -57,6 +58,10 @@ class XPathEvaluationContext {
   // refusal happened inside an operand or a predicate whose own failures are dropped.
   bool isRefused() const { return m_Refused; }
   unsigned long getWork() const { return m_Work; }
+
+  // Who watches the evaluation (borrowed), or null: nobody, the default.
+  XPathEvaluationObserver* getObserver() const { return m_pObserver; }
+  void setObserver(XPathEvaluationObserver* i_pObserver) { m_pObserver = i_pObserver; }
 
   // One more level of step evaluation under way, while the guard lives.
   class Nesting {
@@ -120,6 +125,7 @@ class XPathEvaluationContext {
   unsigned long m_Work = 0;
   unsigned int m_Nesting = 0;
   bool m_Refused = false;
+  XPathEvaluationObserver* m_pObserver = nullptr;
   std::vector<CandidatePlace> m_Candidates;  // innermost last
 
   typedef std::pair<const Node*, String> ChildKey;

@@ -19,6 +19,8 @@
 #include <algorithm>
 
 #include "PluginTracer.h"
+#include "XPathEvaluationContext.h"
+#include "XPathEvaluationObserver.h"
 #include "XPathTokenizer.h"
 #include "XmlPlugin/XmlPluginReasons.h"
 #include "XmlPluginConstants.h"
@@ -65,6 +67,7 @@ XPathExpressionsParser::XPathExpressionsParser(const String& i_XPath) {
   }
   m_Items = tokenizer.releaseItems();
   m_XPathExpressionsVector = tokenizer.getExpressionVector();
+  m_SourceOrder = m_XPathExpressionsVector;
   HOST_TRACE(trace, 3) << " Parsed Expr = " << describe(m_XPathExpressionsVector);
   m_XPathExpressionsVector = doTrans();
   HOST_TRACE(trace, 3) << "Expr transformed =" << describe(m_XPathExpressionsVector);
@@ -206,6 +209,8 @@ TErrorCode XPathExpressionsParser::runParser(Node* i_pStartNode,
     return m_Status;
   }
   clearValues();
+  if (XPathEvaluationObserver* pObserver = io_Context.getObserver())
+    pObserver->expressionStarted(*this);
   const TErrorCode result = doParse(io_Context);
   if (result == 0) {
     m_OutputType = m_pResultExpression->getDataType();

@@ -60,6 +60,10 @@ class XPathExpressionsParser {
   const std::vector<XPathExpression*>& getExpressionsVector() const {
     return m_XPathExpressionsVector;
   }
+  // The items in source order (borrowed).
+  const std::vector<XPathExpression*>& getSourceOrder() const { return m_SourceOrder; }
+  // The value the last run left, or null (borrowed).
+  const XPathExpression* getResultExpression() const { return m_pResultExpression; }
 
  private:
   Node* m_pStartNode = nullptr;
@@ -69,6 +73,7 @@ class XPathExpressionsParser {
   std::deque<XPathExpression*> m_OperatorStack;
   XPathExpression* m_pResultExpression = nullptr;
   std::vector<XPathExpression*> m_XPathExpressionsVector;
+  std::vector<XPathExpression*> m_SourceOrder;
   TErrorCode m_Status = 0;
   std::wstring m_Rejection;  // why the text was rejected, when m_Status says it was
   std::vector<std::unique_ptr<XPathExpression>> m_Items;  // owns every item

@@ -4,6 +4,7 @@
 
 #include "PluginTracer.h"
 #include "XPathEvaluationContext.h"
+#include "XPathEvaluationObserver.h"
 #include "XPathExpressionCache.h"
 #include "XPathNumberText.h"
 #include "XmlPluginConstants.h"
@@ -112,6 +113,9 @@ TErrorCode XPathPredicate::keepMatching(std::list<Node*>& io_Nodes,
   const unsigned long cost = XPATH_PREDICATE_EVALUATION_COST +
                              text.length() / XPATH_PREDICATE_CHARACTERS_PER_COST +
                              parser->getExpressionsVector().size() * XPATH_PREDICATE_ITEM_COST;
+  XPathEvaluationObserver* pObserver = io_Context.getObserver();
+  if (pObserver != nullptr)
+    pObserver->predicateStarted(text, io_Nodes.size());
   for (Node* pCandidate : io_Nodes) {
     if (pCandidate->m_Name != prevNodeName) {
       nextPositionByName[prevNodeName] = namePosition;
@@ -121,6 +125,8 @@ TErrorCode XPathPredicate::keepMatching(std::list<Node*>& io_Nodes,
     }
     bool keep = false;
     result = judge(*parser, cost, pCandidate, io_Nodes, namePosition, position, io_Context, keep);
+    if (pObserver != nullptr)
+      pObserver->candidateJudged(*pCandidate, position, *parser, result, keep);
     if (keep) {
       kept.push_back(pCandidate);
     }
@@ -128,6 +134,8 @@ TErrorCode XPathPredicate::keepMatching(std::list<Node*>& io_Nodes,
     ++position;
   }
   io_Nodes.swap(kept);
+  if (pObserver != nullptr)
+    pObserver->predicateFinished(io_Nodes.size(), result);
   return result;
 }
 
