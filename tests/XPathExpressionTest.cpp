@@ -4,9 +4,9 @@
 #include <limits>
 #include <memory>
 
+#include "TestRows.h"
 #include "XPathArgument.h"
 #include "XPathExpression.h"
-#include "XPathFunctionCall.h"
 #include "XmlPluginConstants.h"
 
 using namespace XmlPlugin;
@@ -85,7 +85,7 @@ TEST(XPathExpressionTest, Conversions) {
       {L"false()", 0, 0, "0"},
   };
   for (const auto& row : rows) {
-    std::unique_ptr<XPathExpression> pValue = FunctionCall::makeValue(row.m_Value);
+    std::unique_ptr<XPathExpression> pValue = TestRows::makeValue(row.m_Value);
     SCOPED_TRACE(String(row.m_Value).toNarrow());
     EXPECT_EQ(pValue->GetExpressionNumb(), row.m_Number);
     EXPECT_EQ(pValue->GetExpressionBool(), row.m_Bool);
@@ -102,7 +102,7 @@ TEST(XPathExpressionTest, KindOverridesTheTextOfANumber) {
 }
 
 TEST(XPathExpressionTest, CopyKeepsTheValueAndOwnsItsContext) {
-  std::unique_ptr<XPathExpression> pSource = FunctionCall::makeValue(L"{a,b}");
+  std::unique_ptr<XPathExpression> pSource = TestRows::makeValue(L"{a,b}");
   pSource->setRootPosition(3);
   Node node(ElementNode, L"e", 4, nullptr, nullptr);
   std::list<Node*> siblings{&node};
