@@ -70,19 +70,12 @@ TEST(XPathExpressionTest, Conversions) {
     int m_Bool;
     const char* m_String;
   } rows[] = {
-      {L"'0'", 0, 1, "0"},
-      {L"0", 0, 0, "0"},
-      {L"-0", 0, 0, "0"},
-      {L"2.5", 2.5, 1, "2.5"},
-      {L"NaN", 0, 0, "NaN"},
-      {L"-Infinity", 0, 1, "-Infinity"},
-      {L"Infinity", 0, 1, "Infinity"},
-      {L"'abc'", 0, 1, "abc"},
-      {L"''", 0, 0, ""},
-      {L"{a,b,c}", 3, 1, ""},
-      {L"{}", 0, 0, ""},
-      {L"true()", 1, 1, "1"},
-      {L"false()", 0, 0, "0"},
+      // clang-format off
+      {L"'0'", 0, 1, "0"}, {L"0", 0, 0, "0"}, {L"-0", 0, 0, "0"}, {L"2.5", 2.5, 1, "2.5"},
+      {L"NaN", 0, 0, "NaN"}, {L"-Infinity", 0, 1, "-Infinity"}, {L"Infinity", 0, 1, "Infinity"},
+      {L"'abc'", 0, 1, "abc"}, {L"''", 0, 0, ""}, {L"{a,b,c}", 3, 1, ""}, {L"{}", 0, 0, ""},
+      {L"true()", 1, 1, "1"}, {L"false()", 0, 0, "0"},
+      // clang-format on
   };
   for (const auto& row : rows) {
     std::unique_ptr<XPathExpression> pValue = TestRows::makeValue(row.m_Value);

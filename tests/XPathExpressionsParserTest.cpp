@@ -75,47 +75,34 @@ void expectEach(const std::function<std::string(const char*)>& i_Compute, const 
 
 TEST(XPathExpressionsParserTest, ConvertsToPostfix) {
   const Row rows[] = {
-      {"1 + 2 * 3", "1 2 3 * +"},
-      {"(1 + 2) * 3", "1 2 + 3 *"},
-      {"8 - 3 - 2", "8 3 - 2 -"},
-      {"2 < 3 = 1", "2 3 < 1 ="},
-      {"6 div 2 mod 4 * 5", "6 2 div 4 mod 5 *"},
+      // clang-format off
+      {"1 + 2 * 3", "1 2 3 * +"}, {"(1 + 2) * 3", "1 2 + 3 *"}, {"8 - 3 - 2", "8 3 - 2 -"},
+      {"2 < 3 = 1", "2 3 < 1 ="}, {"6 div 2 mod 4 * 5", "6 2 div 4 mod 5 *"},
       // Deliberately one level for "and" and "or", taken left to right.
-      {"1 or 0 and 0", "1 0 or 0 and"},
-      {"1 = 1 or 2 + 3 > 4", "1 1 = 2 3 + 4 > or"},
+      {"1 or 0 and 0", "1 0 or 0 and"}, {"1 = 1 or 2 + 3 > 4", "1 1 = 2 3 + 4 > or"},
       {"concat('a', 'b') = 'ab'", "'a' 'b' concat 'ab' ="},
       {"concat('x','y','z')", "'x' 'y' 'z' concat"},
-      {"concat(1 + 2, concat('a', 'b'))", "1 2 + 'a' 'b' concat concat"},
-      {"((((7))))", "7"},
-      {"-2", "0 2 -"},
-      {"count()", "count"},
+      {"concat(1 + 2, concat('a', 'b'))", "1 2 + 'a' 'b' concat concat"}, {"((((7))))", "7"},
+      {"-2", "0 2 -"}, {"count()", "count"},
       // substring binds more loosely than "+", so "+" leaves the stack before it.
-      {"1 + substring('12345', 2)", "1 + '12345' 2 substring"},
-      {"1 +", "error:-15105"},
+      {"1 + substring('12345', 2)", "1 + '12345' 2 substring"}, {"1 +", "error:-15105"},
+      // clang-format on
   };
   expectEach(postfixOf, rows);
 }
 
 TEST(XPathExpressionsParserTest, EvaluatesPostfix) {
   const Row rows[] = {
-      {"1 + 2 * 3", "number:7"},
-      {"(1 + 2) * 3", "number:9"},
-      {"8 - 3 - 2", "number:3"},
-      {"2 < 3 = 1", "boolean:true"},
-      {"1 = 1", "boolean:true"},
-      {"1 = 2", "boolean:false"},
-      {"concat('a', 'b') = 'ab'", "boolean:true"},
-      {"concat('x','y','z')", "string:xyz"},
-      {"1 div 0", "number:Infinity"},
-      {"0 div 0", "number:NaN"},
-      {"-1 div 0", "number:-Infinity"},
-      {"true() < '5'", "boolean:true"},
-      {"substring('12345', 2)", "string:2345"},
-      {"'abc'", "string:abc"},
-      {"-0", "number:0"},
-      {"--2", "number:2"},
+      // clang-format off
+      {"1 + 2 * 3", "number:7"}, {"(1 + 2) * 3", "number:9"}, {"8 - 3 - 2", "number:3"},
+      {"2 < 3 = 1", "boolean:true"}, {"1 = 1", "boolean:true"}, {"1 = 2", "boolean:false"},
+      {"concat('a', 'b') = 'ab'", "boolean:true"}, {"concat('x','y','z')", "string:xyz"},
+      {"1 div 0", "number:Infinity"}, {"0 div 0", "number:NaN"}, {"-1 div 0", "number:-Infinity"},
+      {"true() < '5'", "boolean:true"}, {"substring('12345', 2)", "string:2345"},
+      {"'abc'", "string:abc"}, {"-0", "number:0"}, {"--2", "number:2"},
       // "+" leaves the stack before substring and fails alone; the top value is the result.
       {"1 + substring('12345', 2)", "string:2345"},
+      // clang-format on
   };
   expectEach(valueIn(), rows);
 }
@@ -124,16 +111,13 @@ TEST(XPathExpressionsParserTest, EvaluatesPostfix) {
 // operator evaluated, and -15004 when no value is left, whatever the operators reported.
 TEST(XPathExpressionsParserTest, ReportsFailures) {
   const Row rows[] = {
-      {"concat(count(), 'b', 'c')", "string:bc"},
-      {"count()[1]", "error:-15005"},
-      {"count()", "error:-15004"},
-      {"concat('a')", "error:-15004"},
-      {"translate('abc', 'a', 'b')", "error:-15004"},
-      {"local-name()", "error:-15004"},
-      {"count('a')", "error:-15004"},
-      {"1 +", "error:-15105"},
-      {"", "error:-15105"},
+      // clang-format off
+      {"concat(count(), 'b', 'c')", "string:bc"}, {"count()[1]", "error:-15005"},
+      {"count()", "error:-15004"}, {"concat('a')", "error:-15004"},
+      {"translate('abc', 'a', 'b')", "error:-15004"}, {"local-name()", "error:-15004"},
+      {"count('a')", "error:-15004"}, {"1 +", "error:-15105"}, {"", "error:-15105"},
       {"   ", "error:-15105"},
+      // clang-format on
   };
   expectEach(valueIn(), rows);
 }

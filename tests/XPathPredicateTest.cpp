@@ -93,15 +93,13 @@ TEST(XPathPredicateTest, PredicatesInPaths) {
     const char* m_Path;
     const char* m_Expected;
   } rows[] = {
-      {"a/b[2]/c", "0|y"},
-      {"a[position()=1]/b[position()=2]/c", "0|y"},
-      {"a/b[position()=3]/c", "0|"},
-      {"a/b[@id]/c", "0|x"},
+      // clang-format off
+      {"a/b[2]/c", "0|y"}, {"a[position()=1]/b[position()=2]/c", "0|y"},
+      {"a/b[position()=3]/c", "0|"}, {"a/b[@id]/c", "0|x"},
       {"a/b[@id][2]/c", "0|"},  // the second predicate numbers the survivors of the first
-      {"//b[@id]/c", "0|x,z"},
-      {"//b[c = 'y']/c", "0|y"},
-      {"a/b[c = 'y']/c", "0|y"},
+      {"//b[@id]/c", "0|x,z"}, {"//b[c = 'y']/c", "0|y"}, {"a/b[c = 'y']/c", "0|y"},
       {"a/b[]/c", "0|x,y"},  // a failing predicate leaves the name test only
+      // clang-format on
   };
   for (const auto& row : rows) {
     XPathOutputElements items;
@@ -146,11 +144,11 @@ TEST(XPathPredicateTest, EachCandidateIsJudgedAfresh) {
     const char* m_Path;
     std::string m_Expected;
   } rows[] = {
-      {"a/b[@v = '3' and count(c) = 2]/@n", withCountTwoAndVThree},
-      {"a/b[not(@v)]/@n", withoutV},
-      {"a/b[concat(@v, 'x') = '3x']/@n", withVThree},
-      {"a/b[position() = 150]/@n", "b150"},
+      // clang-format off
+      {"a/b[@v = '3' and count(c) = 2]/@n", withCountTwoAndVThree}, {"a/b[not(@v)]/@n", withoutV},
+      {"a/b[concat(@v, 'x') = '3x']/@n", withVThree}, {"a/b[position() = 150]/@n", "b150"},
       {"a/b[last() - 1]/@n", "b299"},
+      // clang-format on
   };
   for (const auto& row : rows) {
     XPathOutputElements items;

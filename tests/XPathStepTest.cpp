@@ -63,21 +63,13 @@ TEST(XPathStepTest, AxisNames) {
     const char* m_Name;
     StepAxis m_Axis;
   } rows[] = {
-      {"attribute", attribute},
-      {"child", child},
-      {"descendant", descendant},
-      {"self", self},
-      {"descendant-or-self", descendant_or_self},
-      {"following", following},
-      {"preceding", preceding},
-      {"ancestor", ancestor},
-      {"ancestor-or-self", ancestor_or_self},
-      {"following-sibling", following_sibling},
-      {"preceding-sibling", preceding_sibling},
-      {"parent", parent},
-      {"namespace", child},
-      {"Parent", child},
-      {"", child},
+      // clang-format off
+      {"attribute", attribute}, {"child", child}, {"descendant", descendant}, {"self", self},
+      {"descendant-or-self", descendant_or_self}, {"following", following},
+      {"preceding", preceding}, {"ancestor", ancestor}, {"ancestor-or-self", ancestor_or_self},
+      {"following-sibling", following_sibling}, {"preceding-sibling", preceding_sibling},
+      {"parent", parent}, {"namespace", child}, {"Parent", child}, {"", child},
+      // clang-format on
   };
   for (const auto& row : rows) {
     EXPECT_EQ(XPathStep::receiveAxis(String(row.m_Name)), row.m_Axis) << row.m_Name;
@@ -132,18 +124,14 @@ TEST(XPathStepTest, LeafOutput) {
     const wchar_t* m_Element;
     std::string m_Expected;  // numbers relative to the element's
   } rows[] = {
-      {"endfunction()", L"e", "0|0::"},
-      {"endfunction()", L"t", "0|0:x:"},
-      {"parent::*", L"t", "0|0:x:"},
-      {"text()", L"t", "0|1:x:x"},
-      {"text()", L"e", std::to_string(notFound) + "|"},
-      {"text()", L"m", "0|2:second:second"},
-      {"endfunction()", L"m", "0|0:second:"},
-      {"@*", L"at", "0|0:1:1,1:2:2"},
-      {"@*", L"e", "0|"},
-      {"@b", L"at", "0|2:2:2"},
-      {"attribute::a", L"at", "0|1:1:1"},
+      // clang-format off
+      {"endfunction()", L"e", "0|0::"}, {"endfunction()", L"t", "0|0:x:"},
+      {"parent::*", L"t", "0|0:x:"}, {"text()", L"t", "0|1:x:x"},
+      {"text()", L"e", std::to_string(notFound) + "|"}, {"text()", L"m", "0|2:second:second"},
+      {"endfunction()", L"m", "0|0:second:"}, {"@*", L"at", "0|0:1:1,1:2:2"}, {"@*", L"e", "0|"},
+      {"@b", L"at", "0|2:2:2"}, {"attribute::a", L"at", "0|1:1:1"},
       {"@missing", L"at", std::to_string(notFound) + "|"},
+      // clang-format on
   };
   for (const auto& row : rows) {
     EXPECT_EQ(leafOutput(row.m_Leaf, element(pTree, row.m_Element)), row.m_Expected)
@@ -201,12 +189,11 @@ TEST(XPathStepTest, PredicatesMarkAndFilter) {
     const char* m_Step;
     std::string m_Expected;  // "code|mark per candidate (x: marked)|names kept"
   } rows[] = {
-      {"b[@id]", "0|-xx|b"},
-      {"*[2]", "0|x-x|c"},
-      {"b[@none][1]", "0|xxx|"},
+      // clang-format off
+      {"b[@id]", "0|-xx|b"}, {"*[2]", "0|x-x|c"}, {"b[@none][1]", "0|xxx|"},
       // "[]" fails also once no candidate is left; here it hides in a literal.
-      {"b[@none][@x='[]']", unsupported + "|xxx|"},
-      {"b[@id][]", unsupported + "|-xx|b"},
+      {"b[@none][@x='[]']", unsupported + "|xxx|"}, {"b[@id][]", unsupported + "|-xx|b"},
+      // clang-format on
   };
   for (const auto& row : rows) {
     std::list<Node*> candidates;
