@@ -81,12 +81,24 @@ inline Node* findNode(const Node* i_pRoot, const std::wstring& i_Name) {
   return const_cast<Node*>(TestXml::findElement(i_pRoot, i_Name.c_str()));
 }
 
-// The items between the separators of i_Text: "a,b" gives a and b.
-inline std::vector<std::wstring> items(const std::wstring& i_Text) {
+// The items of "a, b" in order: commas inside quotes or braces do not split.
+inline std::vector<std::wstring> listItems(const std::wstring& i_List) {
   std::vector<std::wstring> result;
-  for (size_t begin = 0, end = 0; end != std::wstring::npos; begin = end + 1) {
-    end = i_Text.find(L',', begin);
-    result.push_back(i_Text.substr(begin, end == std::wstring::npos ? end : end - begin));
+  std::wstring current;
+  int depth = 0;
+  bool quoted = false;
+  for (wchar_t character : i_List) {
+    quoted = quoted != (character == L'\'');
+    depth += !quoted && character == L'{' ? 1 : !quoted && character == L'}' ? -1 : 0;
+    if (character == L',' && depth == 0 && !quoted) {
+      result.push_back(current);
+      current.clear();
+    } else if (!current.empty() || character != L' ') {
+      current += character;
+    }
+  }
+  if (!current.empty()) {
+    result.push_back(current);
   }
   return result;
 }
@@ -120,7 +132,7 @@ inline std::unique_ptr<XPathExpression> makeValue(const std::wstring& i_Text,
   if (i_Text[0] == L'{' || i_Text[0] == L'#') {
     auto pValue = std::make_unique<NodeSet>();
     const std::wstring inside = i_Text.substr(1, i_Text.size() - (i_Text[0] == L'{' ? 2 : 1));
-    for (const std::wstring& item : inside.empty() ? std::vector<std::wstring>() : items(inside)) {
+    for (const std::wstring& item : listItems(inside)) {
       if (i_Text[0] == L'#') {
         pValue->add(String(), findNode(i_pTree, item));
       } else {
@@ -159,28 +171,6 @@ inline std::string describe(const XPathExpression* i_pValue) {
   return "?";
 }
 
-// The arguments of "name(a, b)" in call order: commas inside quotes or braces do not split.
-inline std::vector<std::wstring> arguments(const std::wstring& i_List) {
-  std::vector<std::wstring> result;
-  std::wstring current;
-  int depth = 0;
-  bool quoted = false;
-  for (wchar_t character : i_List) {
-    quoted = quoted != (character == L'\'');
-    depth += !quoted && character == L'{' ? 1 : !quoted && character == L'}' ? -1 : 0;
-    if (character == L',' && depth == 0 && !quoted) {
-      result.push_back(current);
-      current.clear();
-    } else if (!current.empty() || character != L' ') {
-      current += character;
-    }
-  }
-  if (!current.empty()) {
-    result.push_back(current);
-  }
-  return result;
-}
-
 // Runs the operator or function call i_Call with the argument count the tokenizer would set.
 inline std::string call(const std::string& i_Call, Node* i_pTree = nullptr,
                         Node* i_pContext = nullptr, std::list<Node*>* i_pSiblings = nullptr) {
@@ -192,7 +182,7 @@ inline std::string call(const std::string& i_Call, Node* i_pTree = nullptr,
   std::vector<std::wstring> values;
   if (callForm || text.find(L' ') == std::wstring::npos) {
     name = text.substr(0, open);
-    values = arguments(text.substr(open + 1, text.size() - open - 2));
+    values = listItems(text.substr(open + 1, text.size() - open - 2));
   } else {
     const size_t opBegin = text.find(L' ') + 1;
     const size_t opEnd = text.find(L' ', opBegin);
