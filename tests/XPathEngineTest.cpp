@@ -10,10 +10,10 @@
 #include <vector>
 
 #include "EngineAnswer.h"
+#include "TestTrace.h"
 #include "XPathTokenizer.h"
 #include "XmlCache.h"
 #include "XmlPluginConstants.h"
-#include "host/Trace.h"
 
 using namespace XmlPlugin;
 
@@ -118,21 +118,12 @@ TEST_F(XPathEngineTest, FailureLeavesOutputAsItWas) {
 }
 
 TEST_F(XPathEngineTest, TracesTheRoad) {
-  std::vector<std::wstring> texts;
-  Tracer::setLevel(3);
-  Tracer::setListener([&texts](const TraceRecord& i_Record) {
-    if (std::string(i_Record.function) == "XPathEngine::start") {
-      texts.push_back(i_Record.text);
-    }
-  });
+  TraceCollector collector(3);
   run("1 + 1");
-  Tracer::setListener(nullptr);
-  Tracer::setLevel(0);
-  const std::wstring file(m_File.begin(), m_File.end());
-  const std::vector<std::wstring> expected = {L"Parsing [1 + 1] for the XML file " + file,
-                                              L"result ok 0", L" result OK, getValues to output",
-                                              L" result = 0"};
-  EXPECT_EQ(texts, expected);
+  const std::vector<std::string> expected = {"Parsing [1 + 1] for the XML file " + m_File,
+                                             "result ok 0", " result OK, getValues to output",
+                                             " result = 0"};
+  EXPECT_EQ(collector.texts("XPathEngine::start"), expected);
 }
 
 // Whatever text is accepted evaluates within a 2 MiB stack; deeper nesting is refused.

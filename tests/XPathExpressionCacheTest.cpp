@@ -9,10 +9,10 @@
 #include <vector>
 
 #include "EngineAnswer.h"
+#include "TestTrace.h"
 #include "XPathEvaluationContext.h"
 #include "XmlCache.h"
 #include "XmlPluginConstants.h"
-#include "host/Trace.h"
 
 using namespace XmlPlugin;
 
@@ -60,17 +60,14 @@ TEST_F(XPathExpressionCacheTest, SameTextOverTwoDocuments) {
 
 TEST_F(XPathExpressionCacheTest, TextThatDoesNotCompileFailsTheSameWayEachTime) {
   const std::string file = writeFile("cache_failing.xml", "<a><b/></a>");
-  std::vector<std::wstring> errors;
-  Tracer::setLevel(1);
-  Tracer::setListener([&errors](const TraceRecord& i_Record) { errors.push_back(i_Record.text); });
+  TraceCollector collector(1);
   const std::string wrong = std::to_string(XML_PLUGIN_ERROR_XPATH_WRONG_EXPRESSION) + ":";
   EXPECT_EQ(engineAnswer("1 +", file), wrong);
   EXPECT_EQ(engineAnswer("1 +", file), wrong);
   EXPECT_EQ(engineAnswer("/a/b[1 +]", file), wrong);
   EXPECT_EQ(engineAnswer("/a/b[1 +]", file), wrong);
-  Tracer::setListener(nullptr);
-  Tracer::setLevel(0);
-  EXPECT_EQ(std::count(errors.begin(), errors.end(), L"Tokenizing error"), 4);
+  const std::vector<std::string> errors = collector.texts();
+  EXPECT_EQ(std::count(errors.begin(), errors.end(), "Tokenizing error"), 4);
 }
 
 TEST_F(XPathExpressionCacheTest, TextLentTwiceAtOnceRunsApart) {

@@ -7,10 +7,10 @@
 #include <string>
 #include <vector>
 
+#include "TestTrace.h"
 #include "XPathEvaluationContext.h"
 #include "XmlPlugin/XmlPluginReasons.h"
 #include "XmlPluginConstants.h"
-#include "host/Trace.h"
 
 using namespace XmlPlugin;
 
@@ -136,22 +136,14 @@ TEST(XPathExpressionsParserTest, HandsContextToEveryItem) {
 }
 
 TEST(XPathExpressionsParserTest, OperatorFailureIsTracedAtItsLevel) {
-  std::vector<std::wstring> errors;
-  Tracer::setLevel(1);
-  Tracer::setListener([&errors](const TraceRecord& i_Record) {
-    // The reasons for rule authors are records of their own.
-    if (i_Record.level == 1 && std::string(i_Record.function) != XML_PLUGIN_REASON_FUNCTION) {
-      errors.push_back(i_Record.text);
-    }
-  });
+  TraceCollector collector(1);
   EXPECT_EQ(valueIn()("count()"), "error:-15004");
   EXPECT_EQ(valueIn()("1 +"), "error:-15105");
-  Tracer::setListener(nullptr);
-  Tracer::setLevel(0);
-  const std::vector<std::wstring> expected = {L"XML_PLUGIN_ERROR_XPATH_ARGUMENTS_NUMBER_ERROR",
-                                              L"XPATH error, localStack.size() = 0",
-                                              L"Tokenizing error"};
-  EXPECT_EQ(errors, expected);
+  // The reasons for rule authors are records of their own.
+  const std::vector<std::string> expected = {"XML_PLUGIN_ERROR_XPATH_ARGUMENTS_NUMBER_ERROR",
+                                             "XPATH error, localStack.size() = 0",
+                                             "Tokenizing error"};
+  EXPECT_EQ(collector.texts(), expected);
 }
 
 TEST(XPathExpressionsParserTest, NothingToShapeBeforeEvaluation) {

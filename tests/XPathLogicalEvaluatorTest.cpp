@@ -5,7 +5,7 @@
 #include <cmath>
 
 #include "TestRows.h"
-#include "host/Trace.h"
+#include "TestTrace.h"
 
 using namespace XmlPlugin;
 using TestRows::makeValue;
@@ -141,10 +141,6 @@ TEST(XPathLogicalEvaluatorTest, NodeStringValuesComeFromContent) {
 }
 
 TEST(XPathLogicalEvaluatorTest, TraceTexts) {
-  const int level = Tracer::getInstance(TRACE_COMPONENT).getLevel();
-  std::wstring texts;
-  Tracer::setLevel(3);
-  Tracer::setListener([&](const TraceRecord& i_Record) { texts += i_Record.text + L"\n"; });
   TestRows::expectRows(
       {
           {"'a' = 'a'", "EQ retuns 1"},
@@ -156,16 +152,18 @@ TEST(XPathLogicalEvaluatorTest, TraceTexts) {
           {"5 and 'abc'", "boolean evauation"},
           {"5 = string:5", "number evauation"},
       },
-      [&](const std::string& i_Row) {
-        texts.clear();
+      [](const std::string& i_Row) {
+        TraceCollector collector(3);
         compare(i_Row);
-        return String(texts).toNarrow();
+        std::string texts;
+        for (const std::string& text : collector.texts()) {
+          texts += text + "\n";
+        }
+        return texts;
       },
       [](const std::string& i_Actual, const std::string& i_Expected) {
         return i_Actual.find(i_Expected) != std::string::npos;
       });
-  Tracer::setListener(Tracer::Listener());
-  Tracer::setLevel(level);
 }
 
 }  // namespace
