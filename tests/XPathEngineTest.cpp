@@ -2,7 +2,6 @@
 #include "XPathEngine.h"
 
 #include <gtest/gtest.h>
-#include <pthread.h>
 
 #include <fstream>
 #include <functional>
@@ -10,6 +9,7 @@
 #include <vector>
 
 #include "EngineAnswer.h"
+#include "TestLimits.h"
 #include "TestTrace.h"
 #include "XPathTokenizer.h"
 #include "XmlCache.h"
@@ -44,34 +44,6 @@ class XPathEngineTest : public testing::Test {
 };
 
 std::string XPathEngineTest::m_File;
-
-std::string repeated(const std::string& i_Text, int i_Count) {
-  std::string text;
-  for (int i = 0; i < i_Count; ++i) {
-    text += i_Text;
-  }
-  return text;
-}
-
-std::string nested(const std::string& i_Open, const std::string& i_Close, int i_Depth) {
-  return repeated(i_Open, i_Depth) + "1" + repeated(i_Close, i_Depth);
-}
-
-// Runs i_Work on a thread with the smallest stack the engine is promised.
-void runOnSmallStack(const std::function<void()>& i_Work) {
-  pthread_attr_t attributes;
-  ASSERT_EQ(pthread_attr_init(&attributes), 0);
-  ASSERT_EQ(pthread_attr_setstacksize(&attributes, 2 * 1024 * 1024), 0);
-  pthread_t thread;
-  auto body = [](void* i_pWork) -> void* {
-    (*static_cast<const std::function<void()>*>(i_pWork))();
-    return nullptr;
-  };
-  ASSERT_EQ(pthread_create(&thread, &attributes, body, const_cast<std::function<void()>*>(&i_Work)),
-            0);
-  pthread_join(thread, nullptr);
-  pthread_attr_destroy(&attributes);
-}
 
 }  // namespace
 

@@ -5,6 +5,7 @@
 
 #include <string>
 
+#include "TestLimits.h"
 #include "TestRows.h"
 #include "XmlPluginConstants.h"
 
@@ -33,18 +34,6 @@ void expectRows(const std::string& i_Xml, const std::vector<TestRows::Row>& i_Ro
   ASSERT_NE(pTree, nullptr) << i_Xml;
   TestRows::expectRows(i_Rows,
                        [&](const std::string& i_Path) { return evaluate(pTree.get(), i_Path); });
-}
-
-// A chain of i_Depth elements named x, each holding the next.
-std::string chain(int i_Depth) {
-  std::string xml;
-  for (int level = 0; level < i_Depth; ++level) {
-    xml += "<x>";
-  }
-  for (int level = 0; level < i_Depth; ++level) {
-    xml += "</x>";
-  }
-  return xml;
 }
 
 }  // namespace
@@ -142,7 +131,7 @@ TEST(XPathTest, RootAndErrors) {
 }
 
 TEST(XPathTest, DeepDocumentsStayWithinTheStack) {
-  std::unique_ptr<Node> pTree = parseXml(chain(2000));
+  std::unique_ptr<Node> pTree = parseXml(nested("<x>", "</x>", 2000, ""));
   ASSERT_NE(pTree, nullptr);
   XPathOutputElements items;
   OutputElementsGuard guard(items);

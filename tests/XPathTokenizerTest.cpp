@@ -1,11 +1,11 @@
 #include "XPathTokenizer.h"
 
 #include <gtest/gtest.h>
-#include <pthread.h>
 
 #include <string>
 #include <vector>
 
+#include "TestLimits.h"
 #include "TestRows.h"
 #include "XPathOperator.h"
 #include "XmlPluginConstants.h"
@@ -37,19 +37,6 @@ Tokenized tokenize(const std::wstring& i_XPath) {
   result.items = tokenizer.getExpressionVector();
   result.owned = tokenizer.releaseItems();
   return result;
-}
-
-std::wstring repeat(const std::wstring& i_Text, int i_Count) {
-  std::wstring text;
-  for (int index = 0; index < i_Count; ++index) {
-    text += i_Text;
-  }
-  return text;
-}
-
-// i_Depth nested parentheses, argument lists or predicates around "1".
-std::wstring nested(const std::wstring& i_Open, const std::wstring& i_Close, int i_Depth) {
-  return repeat(i_Open, i_Depth) + L"1" + repeat(i_Close, i_Depth);
 }
 
 // Rows {xpath, "code|items"}, the item texts joined by blanks; path operands keep the blanks
@@ -128,52 +115,38 @@ TEST(XPathTokenizerTest, NameCharacterClassesAtRangeBoundaries) {
 }
 
 TEST(XPathTokenizerTest, DeepestExpressionsRunOnTwoMebibyteStack) {
-  struct Job {
-    std::wstring xpath;
-    TErrorCode code;
-  };
-  std::vector<Job> jobs = {{nested(L"-(", L")", XPATH_MAX_NESTING), 1},
-                           {nested(L"-//a/b[@c=-", L"]", XPATH_MAX_NESTING), 1},
-                           {nested(L"substring(1,", L")", XPATH_MAX_NESTING), 1}};
-  for (Job& job : jobs) {
-    pthread_attr_t attributes;
-    pthread_attr_init(&attributes);
-    pthread_attr_setstacksize(&attributes, 2 * 1024 * 1024);
-    pthread_t thread;
-    auto run = [](void* io_pJob) -> void* {
-      Job* pJob = static_cast<Job*>(io_pJob);
-      pJob->code = tokenize(pJob->xpath).code;
-      return nullptr;
-    };
-    ASSERT_EQ(pthread_create(&thread, &attributes, run, &job), 0);
-    pthread_join(thread, nullptr);
-    pthread_attr_destroy(&attributes);
-    EXPECT_EQ(job.code, 0) << String(job.xpath.substr(0, 20)).toNarrow();
-  }
+  runOnSmallStack([] {
+    const std::pair<const char*, const char*> brackets[] = {
+        {"-(", ")"}, {"-//a/b[@c=-", "]"}, {"substring(1,", ")"}};
+    for (const auto& bracket : brackets) {
+      const std::string xpath = nested(bracket.first, bracket.second, XPATH_MAX_NESTING);
+      EXPECT_EQ(tokenize(TestRows::wide(xpath)).code, 0) << bracket.first;
+    }
+  });
 }
 
 // Nesting right at the limit and past it, and inputs that once hung or blew up (the suite's own
 // timeout catches a regression).
 TEST(XPathTokenizerTest, NestingLimitAndHostileInputsGiveCodes) {
-  const std::vector<std::pair<std::wstring, TErrorCode>> rows = {
-      {nested(L"(", L")", XPATH_MAX_NESTING), 0},
-      {nested(L"(", L")", XPATH_MAX_NESTING + 1), WRONG},
-      {nested(L"not(", L")", XPATH_MAX_NESTING), 0},
-      {nested(L"not(", L")", XPATH_MAX_NESTING + 1), WRONG},
-      {nested(L"a[", L"]", XPATH_MAX_NESTING), 0},
-      {nested(L"a[", L"]", XPATH_MAX_NESTING + 1), WRONG},
-      {L"1 and sand and *", WRONG},
-      {L"1111111111 and 1 and xand * *", WRONG},
-      {nested(L"(", L")", 200) + repeat(L")", 50), WRONG},
-      {repeat(L"(", 5000), WRONG},
-      {repeat(L"1+", 20000) + L"1", 0},
-      {repeat(L"a/", 20000) + L"a", 0},
-      {repeat(L"-", 20000) + L"1", 0},
-      {std::wstring(XPATH_MAX_LENGTH, L'a'), WRONG},
-      {repeat(L"a|", 50000) + L"a", 0},
+  const std::vector<std::pair<std::string, TErrorCode>> rows = {
+      {nested("(", ")", XPATH_MAX_NESTING), 0},
+      {nested("(", ")", XPATH_MAX_NESTING + 1), WRONG},
+      {nested("not(", ")", XPATH_MAX_NESTING), 0},
+      {nested("not(", ")", XPATH_MAX_NESTING + 1), WRONG},
+      {nested("a[", "]", XPATH_MAX_NESTING), 0},
+      {nested("a[", "]", XPATH_MAX_NESTING + 1), WRONG},
+      {"1 and sand and *", WRONG},
+      {"1111111111 and 1 and xand * *", WRONG},
+      {nested("(", ")", 200) + repeated(")", 50), WRONG},
+      {repeated("(", 5000), WRONG},
+      {repeated("1+", 20000) + "1", 0},
+      {repeated("a/", 20000) + "a", 0},
+      {repeated("-", 20000) + "1", 0},
+      {std::string(XPATH_MAX_LENGTH, 'a'), WRONG},
+      {repeated("a|", 50000) + "a", 0},
   };
   for (const auto& row : rows) {
-    EXPECT_EQ(tokenize(row.first).code, row.second) << String(row.first.substr(0, 30)).toNarrow();
+    EXPECT_EQ(tokenize(TestRows::wide(row.first)).code, row.second) << row.first.substr(0, 30);
   }
 }
 
