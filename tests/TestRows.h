@@ -26,6 +26,7 @@
 #include <vector>
 
 #include "TestXml.h"
+#include "XPath.h"
 #include "XPathArgument.h"
 #include "XPathEvaluationContext.h"
 #include "XPathFunction.h"
@@ -209,6 +210,22 @@ inline std::string call(const std::string& i_Call, Node* i_pTree = nullptr,
   XPathEvaluationContext context;
   const TErrorCode code = pItem->evaluate(popped, context);
   return code != 0 ? "error:" + std::to_string(code) : describe(pItem->getOutputArgument());
+}
+
+// "code|value,value" for i_Path run over i_pRoot; with i_Owners each value is written
+// "owner=value", the owner being the name of the node the value belongs to.
+inline std::string pathValues(Node* i_pRoot, const std::string& i_Path, bool i_Owners = false) {
+  XPathOutputElements items;
+  OutputElementsGuard guard(items);
+  XPathEvaluationContext context;
+  const TErrorCode result = XPath(String(i_Path.c_str()), context).getValues(items, i_pRoot);
+  std::string text = std::to_string(result) + "|";
+  for (const XPathOutputElement* pItem : items) {
+    text += (pItem == items.front() ? "" : ",") +
+            (i_Owners ? pItem->m_Node->m_Name.toNarrow() + "=" : "") +
+            pItem->hostValue().toNarrow();
+  }
+  return text;
 }
 
 }  // namespace TestRows

@@ -13,27 +13,13 @@ using namespace XmlPlugin;
 
 namespace {
 
-// Each item as the name of the node it belongs to and the text the host receives.
-std::string evaluate(Node* i_pRoot, const std::string& i_Path) {
-  XPathOutputElements items;
-  OutputElementsGuard guard(items);
-  XPathEvaluationContext context;
-  XPath xpath(String(i_Path.c_str()), context);
-  const TErrorCode result = xpath.getValues(items, i_pRoot);
-  std::string text = std::to_string(result) + "|";
-  for (const XPathOutputElement* pItem : items) {
-    text += (pItem == items.front() ? "" : ",") + pItem->m_Node->m_Name.toNarrow() + "=" +
-            pItem->hostValue().toNarrow();
-  }
-  return text;
-}
-
 // Rows {path, "code|owner=text,..." in result order} over the document i_Xml.
 void expectRows(const std::string& i_Xml, const std::vector<TestRows::Row>& i_Rows) {
   std::unique_ptr<Node> pTree = parseXml(i_Xml);
   ASSERT_NE(pTree, nullptr) << i_Xml;
-  TestRows::expectRows(i_Rows,
-                       [&](const std::string& i_Path) { return evaluate(pTree.get(), i_Path); });
+  TestRows::expectRows(i_Rows, [&](const std::string& i_Path) {
+    return TestRows::pathValues(pTree.get(), i_Path, true);
+  });
 }
 
 }  // namespace
@@ -164,8 +150,8 @@ TEST(XPathTest, NestingPastTheBoundFails) {
   for (unsigned int step = 0; step < XPATH_MAX_STEP_NESTING; ++step) {
     path += "/.";
   }
-  EXPECT_EQ(evaluate(pTree.get(), path),
+  EXPECT_EQ(TestRows::pathValues(pTree.get(), path, true),
             std::to_string(XML_PLUGIN_ERROR_XPATH_UNSUPPORTED_EXPRESSION) + "|");
   path.resize(path.size() - 4 * 2);
-  EXPECT_EQ(evaluate(pTree.get(), path), "0|a=1");
+  EXPECT_EQ(TestRows::pathValues(pTree.get(), path, true), "0|a=1");
 }
