@@ -5,6 +5,7 @@
 
 #include <string>
 
+#include "TestRows.h"
 #include "XPath.h"
 #include "XPathPredicate.h"
 
@@ -13,9 +14,9 @@ using namespace XmlPlugin;
 namespace {
 
 // "path:count;path:count" for every prepared path.
-std::string split(const char* i_Operand) {
+std::string split(const std::string& i_Operand) {
   XPathEvaluationContext context;
-  XPath xpath(String(i_Operand), context);
+  XPath xpath(String(i_Operand.c_str()), context);
   const TErrorCode result = xpath.splitXPath();
   std::string text = std::to_string(result) + "|";
   for (size_t i = 0; i < xpath.getPaths().size(); ++i) {
@@ -53,11 +54,8 @@ std::string step(const char* i_Path, unsigned int i_Index) {
 }  // namespace
 
 TEST(XPathParserTest, SplitsAndPreparesPaths) {
-  const struct {
-    const char* m_Operand;
-    const char* m_Expected;
-  } rows[] = {
-      // clang-format off
+  // clang-format off
+  TestRows::expectRows({
       {"a | b", "0|a/endfunction():1;b/endfunction():1"}, {"a/b", "0|a/b/endfunction():2"},
       {"/a/b", "0|a/b/endfunction():2"}, {"//a/b", "0|//a/b/endfunction():2"},
       {"a/text()", "0|a/text():1"}, {"a/@id", "0|a/@id:1"},
@@ -65,11 +63,8 @@ TEST(XPathParserTest, SplitsAndPreparesPaths) {
       {"a/b[c/d='x']/e", "0|a/b[c/d='x']/e/endfunction():4"},
       {"a||b|", "0|a/endfunction():1;b/endfunction():1"},
       {"a/Text()", "0|a/Text()/endfunction():2"},
-      // clang-format on
-  };
-  for (const auto& row : rows) {
-    EXPECT_EQ(split(row.m_Operand), row.m_Expected) << "operand " << row.m_Operand;
-  }
+  }, split);
+  // clang-format on
 }
 
 TEST(XPathParserTest, EndsWithAttribute) {
@@ -82,24 +77,19 @@ TEST(XPathParserTest, EndsWithAttribute) {
 }
 
 TEST(XPathParserTest, CutsPathsIntoTokens) {
-  const struct {
-    const char* m_Path;
-    const char* m_Expected;
-  } rows[] = {
-      // clang-format off
+  // clang-format off
+  TestRows::expectRows({
       {"a/b/c", "a,b,c"}, {"//a/b", "//a,b"},
       {"a//b/c", "a//b,c"},  // a "//" after the first step never separates
       {"a/b[c/d='x']/e", "a,b[c/d='x'],e"}, {"/a", ""}, {"", ""},
-      // clang-format on
-  };
-  for (const auto& row : rows) {
-    XPathParser parser;
+  }, [](const std::string& i_Path) {
     std::string text;
-    for (const String& token : parser.getTokens(String(row.m_Path))) {
+    for (const String& token : XPathParser().getTokens(String(i_Path.c_str()))) {
       text += (text.empty() ? "" : ",") + token.toNarrow();
     }
-    EXPECT_EQ(text, row.m_Expected) << "path " << row.m_Path;
-  }
+    return text;
+  });
+  // clang-format on
   XPathParser parser;
   EXPECT_EQ(parser.getStepCount(String("a//b/c[d/e]")), 3u);
 }
