@@ -10,6 +10,7 @@
 
 #include "EngineAnswer.h"
 #include "TestLimits.h"
+#include "TestRows.h"
 #include "TestTrace.h"
 #include "XPathTokenizer.h"
 #include "XmlCache.h"
@@ -18,15 +19,6 @@
 using namespace XmlPlugin;
 
 namespace {
-
-struct Row {
-  std::string m_XPath;
-  std::string m_Expected;
-};
-
-std::ostream& operator<<(std::ostream& io_Stream, const Row& i_Row) {
-  return io_Stream << "[" << i_Row.m_XPath.substr(0, 60) << "]";
-}
 
 class XPathEngineTest : public testing::Test {
  protected:
@@ -48,14 +40,12 @@ std::string XPathEngineTest::m_File;
 }  // namespace
 
 TEST_F(XPathEngineTest, ShapesEachResultType) {
-  const Row rows[] = {
-      {"1 = 1", "0:true"}, {"1 = 2", "0:false"},   {"concat('a','b')", "0:ab"},
-      {"1 + 1", "0:2"},    {"count(/a/b)", "0:2"}, {"/a/b", "0:1,2"},
-      {"/a/zzz", "0:"},
-  };
-  for (const Row& row : rows) {
-    EXPECT_EQ(run(row.m_XPath), row.m_Expected) << row;
-  }
+  // clang-format off
+  TestRows::expectRows({
+      {"1 = 1", "0:true"}, {"1 = 2", "0:false"}, {"concat('a','b')", "0:ab"}, {"1 + 1", "0:2"},
+      {"count(/a/b)", "0:2"}, {"/a/b", "0:1,2"}, {"/a/zzz", "0:"},
+  }, [](const std::string& i_XPath) { return run(i_XPath); });
+  // clang-format on
 }
 
 TEST_F(XPathEngineTest, FailureLeavesOutputAsItWas) {
@@ -100,7 +90,7 @@ TEST_F(XPathEngineTest, TracesTheRoad) {
 
 // Whatever text is accepted evaluates within a 2 MiB stack; deeper nesting is refused.
 TEST_F(XPathEngineTest, DeepExpressionsFitASmallStack) {
-  const Row rows[] = {
+  const std::vector<TestRows::Row> rows = {
       {nested("(", ")", 200), "0:1"},
       {nested("(", ")", XPATH_MAX_NESTING), "0:1"},
       {nested("(", ")", XPATH_MAX_NESTING + 1), "-15105:"},
@@ -111,8 +101,6 @@ TEST_F(XPathEngineTest, DeepExpressionsFitASmallStack) {
       {repeated("-", 10001) + "1", "0:-1"},
   };
   runOnSmallStack([&rows] {
-    for (const Row& row : rows) {
-      EXPECT_EQ(run(row.m_XPath), row.m_Expected) << row;
-    }
+    TestRows::expectRows(rows, [](const std::string& i_XPath) { return run(i_XPath); });
   });
 }
