@@ -123,7 +123,8 @@ TEST(XPathStepTest, LeafOutput) {
   // clang-format off
   TestRows::expectRows({
       {"endfunction() on e", "0|0::"}, {"endfunction() on t", "0|0:x:"},
-      {"parent::* on t", "0|0:x:"}, {"text() on t", "0|1:x:x"}, {"text() on e", std::to_string(notFound) + "|"},
+      {"parent::* on t", "0|0:x:"}, {"text() on t", "0|1:x:x"},
+      {"text() on e", std::to_string(notFound) + "|"},
       {"text() on m", "0|2:second:second"}, {"endfunction() on m", "0|0:second:"},
       {"@* on at", "0|0:1:1,1:2:2"}, {"@* on e", "0|"}, {"@b on at", "0|2:2:2"},
       {"attribute::a on at", "0|1:1:1"}, {"@missing on at", std::to_string(notFound) + "|"},
