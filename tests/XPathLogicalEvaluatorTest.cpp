@@ -58,19 +58,19 @@ TEST(XPathLogicalEvaluatorTest, NumericComparisonIsIeee) {
 TEST(XPathLogicalEvaluatorTest, NumbersAndBooleans) {
   // clang-format off
   expectComparisons({
-      {"1 < 2", "1"},               {"2 < 1", "0"},                 {"1 ~ 1", "1"},  // 2, as "="
-      {"Infinity > 5", "1"},        {"5 > Infinity", "0"},          {"5 != Infinity", "1"},  // 0, 1
+      {"1 < 2", "1"}, {"2 < 1", "0"}, {"1 ~ 1", "1"},  // 2, as "="
+      {"Infinity > 5", "1"}, {"5 > Infinity", "0"}, {"5 != Infinity", "1"},  // 0, 1
       {"Infinity = Infinity", "1"}, {"-Infinity = -Infinity", "1"}, {"Infinity != -Infinity", "1"},
-      {"NaN = NaN", "0"},           {"NaN != NaN", "1"},            {"5 = NaN", "0"},
-      {"5 != NaN", "0"},            {"NaN or 5", "1"},              {"NaN or 0", "0"},  // 7
-      {"5 or NaN", "1"},            {"0 or NaN", "0"},              {"5 and Infinity", "1"},  // 4, 3
-      {"0 and Infinity", "0"},      {"Infinity and 0", "0"},        {"Infinity and 3", "1"},  // 5
-      {"NaN < Infinity", "0"},      {"true() < 5", "1"},            {"5 = true()", "1"},  // 6
-      {"0 = true()", "0"},          {"-1 >= true()", "0"},          {"-1 <= true()", "1"},
-      {"true() > false()", "1"},    {"NaN = true()", "0"},          {"NaN = false()", "1"},  // 2, 19
-      {"-Infinity = true()", "1"},  {"-Infinity = false()", "0"},   {"true() = Infinity", "1"},  // 28
-      {"false() = Infinity", "0"},  {"false() = NaN", "1"},         {"true() = NaN", "0"},  // 29, 30
-      {"2 < 2", "0"},               {"ZeroByInfinity < 1", "1"},    {"1 < ZeroByInfinity", "0"},
+      {"NaN = NaN", "0"}, {"NaN != NaN", "1"}, {"5 = NaN", "0"},
+      {"5 != NaN", "0"}, {"NaN or 5", "1"}, {"NaN or 0", "0"},  // 7
+      {"5 or NaN", "1"}, {"0 or NaN", "0"}, {"5 and Infinity", "1"},  // 4, 3
+      {"0 and Infinity", "0"}, {"Infinity and 0", "0"}, {"Infinity and 3", "1"},  // 5
+      {"NaN < Infinity", "0"}, {"true() < 5", "1"}, {"5 = true()", "1"},  // 6
+      {"0 = true()", "0"}, {"-1 >= true()", "0"}, {"-1 <= true()", "1"},
+      {"true() > false()", "1"}, {"NaN = true()", "0"}, {"NaN = false()", "1"},  // 2, 19
+      {"-Infinity = true()", "1"}, {"-Infinity = false()", "0"}, {"true() = Infinity", "1"},  // 28
+      {"false() = Infinity", "0"}, {"false() = NaN", "1"}, {"true() = NaN", "0"},  // 29, 30
+      {"2 < 2", "0"}, {"ZeroByInfinity < 1", "1"}, {"1 < ZeroByInfinity", "0"},
   });
   // clang-format on
 }
@@ -78,15 +78,15 @@ TEST(XPathLogicalEvaluatorTest, NumbersAndBooleans) {
 TEST(XPathLogicalEvaluatorTest, Strings) {
   // clang-format off
   expectComparisons({
-      {"5 = string:5", "1"},         {"5 < 'abc'", "0"},         {"5 and 'abc'", "1"},  // 8
-      {"0 or ''", "0"},              {"string:5 = 5", "1"},      {"'abc' != 5", "0"},  // 9
-      {"'abc' and 1", "1"},          {"NaN or 'x'", "1"},        {"NaN or ''", "0"},  // 10
-      {"'x' and Infinity", "1"},     {"'' and Infinity", "0"},   {"'x' or NaN", "1"},  // 11, 31
-      {"'' or NaN", "0"},            {"true() < string:5", "0"}, {"true() > string:5", "1"},  // 12, swapped
-      {"true() < 'abc'", "0"},       {"true() = 'abc'", "1"},    {"false() = 'abc'", "0"},
-      {"string:5 > true()", "1"},    {"'abc' > true()", "0"},    {"'' = false()", "1"},  // 13
-      {"'abc' = 'abc'", "1"},        {"'abc' != 'abd'", "1"},    {"string:1.0 = string:1", "0"},  // 14
-      {"string:2 < string:10", "1"}, {"'a' < 'b'", "0"},         {"'a' and ''", "0"},
+      {"5 = string:5", "1"}, {"5 < 'abc'", "0"}, {"5 and 'abc'", "1"},  // 8
+      {"0 or ''", "0"}, {"string:5 = 5", "1"}, {"'abc' != 5", "0"},  // 9
+      {"'abc' and 1", "1"}, {"NaN or 'x'", "1"}, {"NaN or ''", "0"},  // 10
+      {"'x' and Infinity", "1"}, {"'' and Infinity", "0"}, {"'x' or NaN", "1"},  // 11, 31
+      {"'' or NaN", "0"}, {"true() < string:5", "0"}, {"true() > string:5", "1"},  // 12, swapped
+      {"true() < 'abc'", "0"}, {"true() = 'abc'", "1"}, {"false() = 'abc'", "0"},
+      {"string:5 > true()", "1"}, {"'abc' > true()", "0"}, {"'' = false()", "1"},  // 13
+      {"'abc' = 'abc'", "1"}, {"'abc' != 'abd'", "1"}, {"string:1.0 = string:1", "0"},  // 14
+      {"string:2 < string:10", "1"}, {"'a' < 'b'", "0"}, {"'a' and ''", "0"},
       {"'a' or ''", "1"},
   });
   // clang-format on
@@ -95,27 +95,27 @@ TEST(XPathLogicalEvaluatorTest, Strings) {
 TEST(XPathLogicalEvaluatorTest, NodeSets) {
   // clang-format off
   expectComparisons({
-      {"2 < {1,3}", "1"},        {"5 < {1,3}", "0"},         {"1 = {abc,1}", "1"},  // 15
-      {"1 != {1,abc}", "0"},     {"1 != {2,abc}", "1"},      {"{1,3} > 2", "1"},  // 16
-      {"{1} > 2", "0"},          {"{abc,3} != 3", "0"},      {"{3,abc} != 2", "1"},
-      {"4 = { 4 }", "1"},        {"{} < 9", "0"},            {"NaN = {1}", "0"},  // 17
-      {"NaN != {1}", "1"},       {"NaN != {}", "0"},         {"{1} = NaN", "0"},  // 33, 18
-      {"{1} or NaN", "1"},       {"{} or NaN", "0"},         {"Infinity > {1}", "1"},  // 20
-      {"Infinity > {}", "0"},    {"Infinity != {abc}", "1"}, {"Infinity = {1}", "0"},
-      {"-Infinity < {1}", "1"},  {"-Infinity < {}", "0"},    {"{1} < Infinity", "1"},  // 21, 22
-      {"{} < Infinity", "0"},    {"{1} > Infinity", "0"},    {"{1} > -Infinity", "1"},  // 23
-      {"{} != -Infinity", "0"},  {"{1} and -Infinity", "1"}, {"{} and -Infinity", "0"},  // 24
-      {"{1} = true()", "1"},     {"{} = false()", "1"},      {"5 and {1}", "1"},  // 25
-      {"0 or {}", "0"},          {"true() = {}", "0"},       {"'a' = {b,a}", "1"},  // 26
-      {"'a' != {a}", "0"},       {"'a' != {a,b}", "1"},      {"'a' < {x}", "0"},
-      {"'a' > {x}", "0"},        {"{a,b} = 'b'", "1"},       {"{a} != 'a'", "0"},  // 27
-      {"{1,7} < string:5", "1"}, {"{7} < string:5", "0"},    {"{1,7} > string:5", "0"},
-      {"{1} < 'abc'", "0"},      {"{} or 'x'", "1"},         {"{1,2} = {2,3}", "1"},  // 32
-      {"{1} = {2}", "0"},        {"{a} != {a}", "0"},        {"{a,a} != {a}", "0"},
-      {"{a} != {a,b}", "1"},     {"{b,a} != {b}", "1"},      {"{1,5} > {4}", "1"},
-      {"{1} > {4}", "0"},        {"{1} >= {1}", "1"},        {"{x,9} < {y,3}", "0"},
-      {"{x,2} <= {y,3}", "1"},   {"{} = {}", "0"},           {"{} != {a}", "0"},
-      {"{1} and {}", "0"},       {"{1} or {}", "1"},         {"{3} < 3", "0"},
+      {"2 < {1,3}", "1"}, {"5 < {1,3}", "0"}, {"1 = {abc,1}", "1"},  // 15
+      {"1 != {1,abc}", "0"}, {"1 != {2,abc}", "1"}, {"{1,3} > 2", "1"},  // 16
+      {"{1} > 2", "0"}, {"{abc,3} != 3", "0"}, {"{3,abc} != 2", "1"},
+      {"4 = { 4 }", "1"}, {"{} < 9", "0"}, {"NaN = {1}", "0"},  // 17
+      {"NaN != {1}", "1"}, {"NaN != {}", "0"}, {"{1} = NaN", "0"},  // 33, 18
+      {"{1} or NaN", "1"}, {"{} or NaN", "0"}, {"Infinity > {1}", "1"},  // 20
+      {"Infinity > {}", "0"}, {"Infinity != {abc}", "1"}, {"Infinity = {1}", "0"},
+      {"-Infinity < {1}", "1"}, {"-Infinity < {}", "0"}, {"{1} < Infinity", "1"},  // 21, 22
+      {"{} < Infinity", "0"}, {"{1} > Infinity", "0"}, {"{1} > -Infinity", "1"},  // 23
+      {"{} != -Infinity", "0"}, {"{1} and -Infinity", "1"}, {"{} and -Infinity", "0"},  // 24
+      {"{1} = true()", "1"}, {"{} = false()", "1"}, {"5 and {1}", "1"},  // 25
+      {"0 or {}", "0"}, {"true() = {}", "0"}, {"'a' = {b,a}", "1"},  // 26
+      {"'a' != {a}", "0"}, {"'a' != {a,b}", "1"}, {"'a' < {x}", "0"},
+      {"'a' > {x}", "0"}, {"{a,b} = 'b'", "1"}, {"{a} != 'a'", "0"},  // 27
+      {"{1,7} < string:5", "1"}, {"{7} < string:5", "0"}, {"{1,7} > string:5", "0"},
+      {"{1} < 'abc'", "0"}, {"{} or 'x'", "1"}, {"{1,2} = {2,3}", "1"},  // 32
+      {"{1} = {2}", "0"}, {"{a} != {a}", "0"}, {"{a,a} != {a}", "0"},
+      {"{a} != {a,b}", "1"}, {"{b,a} != {b}", "1"}, {"{1,5} > {4}", "1"},
+      {"{1} > {4}", "0"}, {"{1} >= {1}", "1"}, {"{x,9} < {y,3}", "0"},
+      {"{x,2} <= {y,3}", "1"}, {"{} = {}", "0"}, {"{} != {a}", "0"},
+      {"{1} and {}", "0"}, {"{1} or {}", "1"}, {"{3} < 3", "0"},
   });
   // clang-format on
 }
