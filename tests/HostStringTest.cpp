@@ -16,18 +16,13 @@ struct SubstringRow {
 
 TEST(HostString, SubstringHasInclusiveEndAndClamps) {
   const SubstringRow rows[] = {
-      {L"abcdef", 1, 3, L"bcd"},
-      {L"abcdef", 0, 0, L"a"},
-      {L"abcdef", 2, 3, L"cd"},
-      {L"abcdef", -5, 2, L"abc"},
-      {L"abcdef", 4, 99, L"ef"},
-      {L"abcdef", 3, 2, L""},
-      {L"abcdef", 6, 9, L""},
-      {L"abcdef", 2, -7, L""},
-      {L"", 0, 0, L""},
-      {L"abcdef", 2, INT_MIN, L"cdef"},
-      {L"abcdef", -1, INT_MIN, L"abcdef"},
+      // clang-format off
+      {L"abcdef", 1, 3, L"bcd"}, {L"abcdef", 0, 0, L"a"}, {L"abcdef", 2, 3, L"cd"},
+      {L"abcdef", -5, 2, L"abc"}, {L"abcdef", 4, 99, L"ef"}, {L"abcdef", 3, 2, L""},
+      {L"abcdef", 6, 9, L""}, {L"abcdef", 2, -7, L""}, {L"", 0, 0, L""},
+      {L"abcdef", 2, INT_MIN, L"cdef"}, {L"abcdef", -1, INT_MIN, L"abcdef"},
       {L"abcdef", 9, INT_MIN, L""},
+      // clang-format on
   };
   for (const SubstringRow& row : rows) {
     const String text(row.text);
@@ -47,11 +42,13 @@ struct SearchRow {
 
 TEST(HostString, IndexOfAndLastIndexOf) {
   const SearchRow rows[] = {
+      // clang-format off
       {L"abcabc", L"b", 0, 1},       {L"abcabc", L"b", 2, 4},        {L"abcabc", L"b", -3, 1},
       {L"abcabc", L"b", 99, -1},     {L"abcabc", L"z", 0, -1},       {L"abcabc", L"ca", 0, 2},
       {L"abcabc", L"abc", 1, 3},     {L"abcabc", L"", 3, 3},         {L"abcabc", L"abcd", 0, -1},
       {L"abcabc", L"b", INT_MIN, 4}, {L"abcabc", L"ab", INT_MIN, 3}, {L"abcabc", L"x", INT_MIN, -1},
       {L"", L"a", INT_MIN, -1},
+      // clang-format on
   };
   for (const SearchRow& row : rows) {
     const String text(row.text);

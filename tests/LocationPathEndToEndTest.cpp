@@ -1,4 +1,5 @@
-// Location paths through the host tool and the loaded plug-in, over tests/data/paths.
+// Location paths and expressions through the host tool and the loaded plug-in, over
+// tests/data/paths.
 #include <gtest/gtest.h>
 
 #include <nlohmann/json.hpp>
@@ -69,6 +70,13 @@ const Row kRows[] = {
     {"catalog.xml", "catalog/book/price > 30", "0|false"},
     {"catalog.xml", "catalog/book/@id = 'b3'", "0|true"},
     {"catalog.xml", "catalog/book[1]/title != 'Alpha'", "0|false"},
+    // Expressions without paths.
+    {"catalog.xml", "1 + 2 * 3", "0|7"},
+    {"catalog.xml", "concat('a','b')", "0|ab"},
+    {"catalog.xml", "1 div 0", "0|Infinity"},
+    {"catalog.xml", "substring('12345', 2)", "0|2345"},
+    {"catalog.xml", "true() < '5'", "0|true"},
+    {"catalog.xml", "1 +", "-15105|"},
 };
 
 std::string canonical(const nlohmann::json& i_Response) {

@@ -3,6 +3,7 @@
 
 #include <string>
 
+#include "TestLimits.h"
 #include "TestXml.h"
 #include "host/Node.h"
 #include "host/NodeReader.h"
@@ -71,17 +72,6 @@ Outcome read(const std::string& i_Xml, uint32_t i_ChunkSize = 0) {
   return readFile(file.path(), i_ChunkSize);
 }
 
-std::string nested(int i_Depth) {
-  std::string xml;
-  for (int i = 0; i < i_Depth; ++i) {
-    xml += "<d>";
-  }
-  for (int i = 0; i < i_Depth; ++i) {
-    xml += "</d>";
-  }
-  return xml;
-}
-
 std::string withAttributes(int i_Count) {
   std::string xml = "<r";
   for (int i = 0; i < i_Count; ++i) {
@@ -109,7 +99,7 @@ const Row ROWS[] = {
     {"<!--before--><?pi?><r/><!--after-->", 0, L"r#0", -1},
     {"<!DOCTYPE r [<!ATTLIST r d CDATA 'x'>]><r/>", 0, L"r#0[d=x#1]", -1},
     {"<r>\xC3\xA9\xF0\x9F\x98\x80</r>", 0, L"r#0('\xE9\x1F600'#1)", -1},
-    {nested(NODE_READER_MAX_DEPTH), 0, L"", -1},
+    {nested("<d>", "</d>", NODE_READER_MAX_DEPTH, ""), 0, L"", -1},
     {"<" + std::string(NODE_READER_MAX_NAME_LENGTH, 'n') + "/>", 0, L"", -1},
     {withAttributes(NODE_READER_MAX_ATTRIBUTES), 0, L"", -1},
     // Malformed.
@@ -127,7 +117,7 @@ const Row ROWS[] = {
      L"entity declarations are not allowed: p", 1},
     {"<!DOCTYPE r SYSTEM 'x.dtd'>\n<r>&e;</r>", NODE_READER_STATUS_REFUSED,
      L"reference to an undeclared entity: e", 2},
-    {nested(NODE_READER_MAX_DEPTH + 1), NODE_READER_STATUS_REFUSED,
+    {nested("<d>", "</d>", NODE_READER_MAX_DEPTH + 1, ""), NODE_READER_STATUS_REFUSED,
      L"elements nested deeper than 2048 levels", 1},
     {"<" + std::string(NODE_READER_MAX_NAME_LENGTH + 1, 'n') + "/>", NODE_READER_STATUS_REFUSED,
      L"name longer than 4096 characters", 1},

@@ -51,35 +51,18 @@ TEST(XPathArgumentTest, ComputedNumberIsFormattedLikeAStream) {
     double m_Value;
     const char* m_Text;
   } rows[] = {
-      {3, "3"},
-      {0.5, "0.5"},
-      {1.0 / 3, "0.333333"},
-      {2.5, "2.5"},
-      {100000, "100000"},
-      {1000000, "1e+06"},
-      {1234567, "1.23457e+06"},
-      {-0.0, "-0"},
-      {0.0001, "0.0001"},
+      // clang-format off
+      {3, "3"}, {0.5, "0.5"}, {1.0 / 3, "0.333333"}, {2.5, "2.5"}, {100000, "100000"},
+      {1000000, "1e+06"}, {1234567, "1.23457e+06"}, {-0.0, "-0"}, {0.0001, "0.0001"},
       {0.00001, "1e-05"},
       // six significant digits, rounded to nearest (ties to even on the binary value)
-      {999999.4, "999999"},
-      {999999.5, "1e+06"},
-      {123456.5, "123456"},
-      {0.1 + 0.2, "0.3"},
-      {-1.5, "-1.5"},
-      {-1234567, "-1.23457e+06"},
-      {12.25, "12.25"},
-      {2000, "2000"},
-      {1e21, "1e+21"},
-      {1e100, "1e+100"},
-      {123456789012.0, "1.23457e+11"},
-      {0.000123456789, "0.000123457"},
-      {1.5e-7, "1.5e-07"},
-      {std::numeric_limits<double>::max(), "1.79769e+308"},
-      {std::numeric_limits<double>::denorm_min(), "4.94066e-324"},
-      {2147483647.0, "2.14748e+09"},
-      {1, "1"},
-      {0, "0"},
+      {999999.4, "999999"}, {999999.5, "1e+06"}, {123456.5, "123456"}, {0.1 + 0.2, "0.3"},
+      {-1.5, "-1.5"}, {-1234567, "-1.23457e+06"}, {12.25, "12.25"}, {2000, "2000"}, {1e21, "1e+21"},
+      {1e100, "1e+100"}, {123456789012.0, "1.23457e+11"}, {0.000123456789, "0.000123457"},
+      {1.5e-7, "1.5e-07"}, {std::numeric_limits<double>::max(), "1.79769e+308"},
+      {std::numeric_limits<double>::denorm_min(), "4.94066e-324"}, {2147483647.0, "2.14748e+09"},
+      {1, "1"}, {0, "0"},
+      // clang-format on
   };
   for (const auto& row : rows) {
     XPathArgument operand(row.m_Value);
@@ -99,16 +82,15 @@ TEST(XPathArgumentTest, RelativePathsAreAnchoredAtTheContextNode) {
     Node* m_pNode;
     const wchar_t* m_Expected;
   } rows[] = {
+      // clang-format off
       {L"price", 2, pItem, L"list/item[position()=2]/price"},
       {L"price", 10, pItem, L"list/item[position()=10]/price"},
       {L"price", 2147483647, pItem, L"list/item[position()=2147483647]/price"},
-      {L"price", -3, pItem, L"list/price"},
-      {L"price", 0, pItem, L"list/price"},
-      {L"//price", 1, pItem, L"list/item[position()=1]///price"},
-      {L"/a/b", 2, pItem, L"list//a/b"},
-      {L"", 2, pItem, L"list/"},
-      {L"price", 0, pTree.get(), L"price"},
+      {L"price", -3, pItem, L"list/price"}, {L"price", 0, pItem, L"list/price"},
+      {L"//price", 1, pItem, L"list/item[position()=1]///price"}, {L"/a/b", 2, pItem, L"list//a/b"},
+      {L"", 2, pItem, L"list/"}, {L"price", 0, pTree.get(), L"price"},
       {L"price", 3, nullptr, L"price"},
+      // clang-format on
   };
   for (const auto& row : rows) {
     EXPECT_EQ(XPathArgument::addPrefixToXPath(row.m_Path, row.m_Position, row.m_pNode),

@@ -2,7 +2,6 @@
 #include "XPathEngine.h"
 
 #include <gtest/gtest.h>
-#include <pthread.h>
 
 #include <fstream>
 #include <functional>
@@ -10,23 +9,16 @@
 #include <vector>
 
 #include "EngineAnswer.h"
+#include "TestLimits.h"
+#include "TestRows.h"
+#include "TestTrace.h"
 #include "XPathTokenizer.h"
 #include "XmlCache.h"
 #include "XmlPluginConstants.h"
-#include "host/Trace.h"
 
 using namespace XmlPlugin;
 
 namespace {
-
-struct Row {
-  std::string m_XPath;
-  std::string m_Expected;
-};
-
-std::ostream& operator<<(std::ostream& io_Stream, const Row& i_Row) {
-  return io_Stream << "[" << i_Row.m_XPath.substr(0, 60) << "]";
-}
 
 class XPathEngineTest : public testing::Test {
  protected:
@@ -45,45 +37,15 @@ class XPathEngineTest : public testing::Test {
 
 std::string XPathEngineTest::m_File;
 
-std::string repeated(const std::string& i_Text, int i_Count) {
-  std::string text;
-  for (int i = 0; i < i_Count; ++i) {
-    text += i_Text;
-  }
-  return text;
-}
-
-std::string nested(const std::string& i_Open, const std::string& i_Close, int i_Depth) {
-  return repeated(i_Open, i_Depth) + "1" + repeated(i_Close, i_Depth);
-}
-
-// Runs i_Work on a thread with the smallest stack the engine is promised.
-void runOnSmallStack(const std::function<void()>& i_Work) {
-  pthread_attr_t attributes;
-  ASSERT_EQ(pthread_attr_init(&attributes), 0);
-  ASSERT_EQ(pthread_attr_setstacksize(&attributes, 2 * 1024 * 1024), 0);
-  pthread_t thread;
-  auto body = [](void* i_pWork) -> void* {
-    (*static_cast<const std::function<void()>*>(i_pWork))();
-    return nullptr;
-  };
-  ASSERT_EQ(pthread_create(&thread, &attributes, body, const_cast<std::function<void()>*>(&i_Work)),
-            0);
-  pthread_join(thread, nullptr);
-  pthread_attr_destroy(&attributes);
-}
-
 }  // namespace
 
 TEST_F(XPathEngineTest, ShapesEachResultType) {
-  const Row rows[] = {
-      {"1 = 1", "0:true"}, {"1 = 2", "0:false"},   {"concat('a','b')", "0:ab"},
-      {"1 + 1", "0:2"},    {"count(/a/b)", "0:2"}, {"/a/b", "0:1,2"},
-      {"/a/zzz", "0:"},
-  };
-  for (const Row& row : rows) {
-    EXPECT_EQ(run(row.m_XPath), row.m_Expected) << row;
-  }
+  // clang-format off
+  TestRows::expectRows({
+      {"1 = 1", "0:true"}, {"1 = 2", "0:false"}, {"concat('a','b')", "0:ab"}, {"1 + 1", "0:2"},
+      {"count(/a/b)", "0:2"}, {"/a/b", "0:1,2"}, {"/a/zzz", "0:"},
+  }, [](const std::string& i_XPath) { return run(i_XPath); });
+  // clang-format on
 }
 
 TEST_F(XPathEngineTest, FailureLeavesOutputAsItWas) {
@@ -118,26 +80,17 @@ TEST_F(XPathEngineTest, FailureLeavesOutputAsItWas) {
 }
 
 TEST_F(XPathEngineTest, TracesTheRoad) {
-  std::vector<std::wstring> texts;
-  Tracer::setLevel(3);
-  Tracer::setListener([&texts](const TraceRecord& i_Record) {
-    if (std::string(i_Record.function) == "XPathEngine::start") {
-      texts.push_back(i_Record.text);
-    }
-  });
+  TraceCollector collector(3);
   run("1 + 1");
-  Tracer::setListener(nullptr);
-  Tracer::setLevel(0);
-  const std::wstring file(m_File.begin(), m_File.end());
-  const std::vector<std::wstring> expected = {L"Parsing [1 + 1] for the XML file " + file,
-                                              L"result ok 0", L" result OK, getValues to output",
-                                              L" result = 0"};
-  EXPECT_EQ(texts, expected);
+  const std::vector<std::string> expected = {"Parsing [1 + 1] for the XML file " + m_File,
+                                             "result ok 0", " result OK, getValues to output",
+                                             " result = 0"};
+  EXPECT_EQ(collector.texts("XPathEngine::start"), expected);
 }
 
 // Whatever text is accepted evaluates within a 2 MiB stack; deeper nesting is refused.
 TEST_F(XPathEngineTest, DeepExpressionsFitASmallStack) {
-  const Row rows[] = {
+  const std::vector<TestRows::Row> rows = {
       {nested("(", ")", 200), "0:1"},
       {nested("(", ")", XPATH_MAX_NESTING), "0:1"},
       {nested("(", ")", XPATH_MAX_NESTING + 1), "-15105:"},
@@ -148,8 +101,6 @@ TEST_F(XPathEngineTest, DeepExpressionsFitASmallStack) {
       {repeated("-", 10001) + "1", "0:-1"},
   };
   runOnSmallStack([&rows] {
-    for (const Row& row : rows) {
-      EXPECT_EQ(run(row.m_XPath), row.m_Expected) << row;
-    }
+    TestRows::expectRows(rows, [](const std::string& i_XPath) { return run(i_XPath); });
   });
 }

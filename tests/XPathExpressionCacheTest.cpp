@@ -4,25 +4,19 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <fstream>
 #include <string>
 #include <vector>
 
 #include "EngineAnswer.h"
+#include "TestTrace.h"
+#include "TestXml.h"
 #include "XPathEvaluationContext.h"
 #include "XmlCache.h"
 #include "XmlPluginConstants.h"
-#include "host/Trace.h"
 
 using namespace XmlPlugin;
 
 namespace {
-
-std::string writeFile(const std::string& i_Name, const std::string& i_Xml) {
-  const std::string path = testing::TempDir() + i_Name;
-  std::ofstream(path) << i_Xml;
-  return path;
-}
 
 std::string evaluate(XPathExpressionsParser& io_Parser) {
   XPathOutputElements values;
@@ -46,9 +40,10 @@ class XPathExpressionCacheTest : public testing::Test {
 }  // namespace
 
 TEST_F(XPathExpressionCacheTest, SameTextOverTwoDocuments) {
-  const std::string first = writeFile("cache_first.xml", "<a><b id='1'>x</b><b>y</b></a>");
-  const std::string second =
-      writeFile("cache_second.xml", "<a><b>p</b><b id='2'>q</b><b id='3'>r</b></a>");
+  const TestXml::TempFile firstFile("<a><b id='1'>x</b><b>y</b></a>");
+  const TestXml::TempFile secondFile("<a><b>p</b><b id='2'>q</b><b id='3'>r</b></a>");
+  const std::string first = firstFile.path();
+  const std::string second = secondFile.path();
   for (int round = 0; round < 2; ++round) {
     EXPECT_EQ(engineAnswer("count(/a/b)", first), "0:2");
     EXPECT_EQ(engineAnswer("count(/a/b)", second), "0:3");
@@ -59,18 +54,16 @@ TEST_F(XPathExpressionCacheTest, SameTextOverTwoDocuments) {
 }
 
 TEST_F(XPathExpressionCacheTest, TextThatDoesNotCompileFailsTheSameWayEachTime) {
-  const std::string file = writeFile("cache_failing.xml", "<a><b/></a>");
-  std::vector<std::wstring> errors;
-  Tracer::setLevel(1);
-  Tracer::setListener([&errors](const TraceRecord& i_Record) { errors.push_back(i_Record.text); });
+  const TestXml::TempFile document("<a><b/></a>");
+  const std::string file = document.path();
+  TraceCollector collector(1);
   const std::string wrong = std::to_string(XML_PLUGIN_ERROR_XPATH_WRONG_EXPRESSION) + ":";
   EXPECT_EQ(engineAnswer("1 +", file), wrong);
   EXPECT_EQ(engineAnswer("1 +", file), wrong);
   EXPECT_EQ(engineAnswer("/a/b[1 +]", file), wrong);
   EXPECT_EQ(engineAnswer("/a/b[1 +]", file), wrong);
-  Tracer::setListener(nullptr);
-  Tracer::setLevel(0);
-  EXPECT_EQ(std::count(errors.begin(), errors.end(), L"Tokenizing error"), 4);
+  const std::vector<std::string> errors = collector.texts();
+  EXPECT_EQ(std::count(errors.begin(), errors.end(), "Tokenizing error"), 4);
 }
 
 TEST_F(XPathExpressionCacheTest, TextLentTwiceAtOnceRunsApart) {

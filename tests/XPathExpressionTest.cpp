@@ -4,9 +4,9 @@
 #include <limits>
 #include <memory>
 
+#include "TestRows.h"
 #include "XPathArgument.h"
 #include "XPathExpression.h"
-#include "XPathFunctionCall.h"
 #include "XmlPluginConstants.h"
 
 using namespace XmlPlugin;
@@ -70,22 +70,15 @@ TEST(XPathExpressionTest, Conversions) {
     int m_Bool;
     const char* m_String;
   } rows[] = {
-      {L"'0'", 0, 1, "0"},
-      {L"0", 0, 0, "0"},
-      {L"-0", 0, 0, "0"},
-      {L"2.5", 2.5, 1, "2.5"},
-      {L"NaN", 0, 0, "NaN"},
-      {L"-Infinity", 0, 1, "-Infinity"},
-      {L"Infinity", 0, 1, "Infinity"},
-      {L"'abc'", 0, 1, "abc"},
-      {L"''", 0, 0, ""},
-      {L"{a,b,c}", 3, 1, ""},
-      {L"{}", 0, 0, ""},
-      {L"true()", 1, 1, "1"},
-      {L"false()", 0, 0, "0"},
+      // clang-format off
+      {L"'0'", 0, 1, "0"}, {L"0", 0, 0, "0"}, {L"-0", 0, 0, "0"}, {L"2.5", 2.5, 1, "2.5"},
+      {L"NaN", 0, 0, "NaN"}, {L"-Infinity", 0, 1, "-Infinity"}, {L"Infinity", 0, 1, "Infinity"},
+      {L"'abc'", 0, 1, "abc"}, {L"''", 0, 0, ""}, {L"{a,b,c}", 3, 1, ""}, {L"{}", 0, 0, ""},
+      {L"true()", 1, 1, "1"}, {L"false()", 0, 0, "0"},
+      // clang-format on
   };
   for (const auto& row : rows) {
-    std::unique_ptr<XPathExpression> pValue = FunctionCall::makeValue(row.m_Value);
+    std::unique_ptr<XPathExpression> pValue = TestRows::makeValue(row.m_Value);
     SCOPED_TRACE(String(row.m_Value).toNarrow());
     EXPECT_EQ(pValue->GetExpressionNumb(), row.m_Number);
     EXPECT_EQ(pValue->GetExpressionBool(), row.m_Bool);
@@ -102,7 +95,7 @@ TEST(XPathExpressionTest, KindOverridesTheTextOfANumber) {
 }
 
 TEST(XPathExpressionTest, CopyKeepsTheValueAndOwnsItsContext) {
-  std::unique_ptr<XPathExpression> pSource = FunctionCall::makeValue(L"{a,b}");
+  std::unique_ptr<XPathExpression> pSource = TestRows::makeValue(L"{a,b}");
   pSource->setRootPosition(3);
   Node node(ElementNode, L"e", 4, nullptr, nullptr);
   std::list<Node*> siblings{&node};

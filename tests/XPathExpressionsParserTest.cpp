@@ -7,26 +7,18 @@
 #include <string>
 #include <vector>
 
+#include "TestRows.h"
+#include "TestTrace.h"
 #include "XPathEvaluationContext.h"
 #include "XmlPlugin/XmlPluginReasons.h"
 #include "XmlPluginConstants.h"
-#include "host/Trace.h"
 
 using namespace XmlPlugin;
 
 namespace {
 
-struct Row {
-  const char* m_Input;
-  const char* m_Expected;
-};
-
-std::ostream& operator<<(std::ostream& io_Stream, const Row& i_Row) {
-  return io_Stream << "[" << i_Row.m_Input << "]";
-}
-
-std::string postfixOf(const char* i_XPath) {
-  XPathExpressionsParser parser{String(i_XPath)};
+std::string postfixOf(const std::string& i_XPath) {
+  XPathExpressionsParser parser{String(i_XPath.c_str())};
   if (parser.getStatus() != 0) {
     return "error:" + std::to_string(parser.getStatus());
   }
@@ -41,10 +33,10 @@ const char* const kTypeNames[] = {"boolean", "string", "number", "nodes"};
 
 // Evaluates with the given context; the value as one canonical string: "number:7",
 // "string:ab", "boolean:true", "error:-15004".
-std::function<std::string(const char*)> valueIn(Node* i_pStartNode = nullptr,
-                                                std::list<Node*>* i_pSiblings = nullptr) {
-  return [i_pStartNode, i_pSiblings](const char* i_XPath) {
-    XPathExpressionsParser parser{String(i_XPath)};
+std::function<std::string(const std::string&)> valueIn(Node* i_pStartNode = nullptr,
+                                                       std::list<Node*>* i_pSiblings = nullptr) {
+  return [i_pStartNode, i_pSiblings](const std::string& i_XPath) {
+    XPathExpressionsParser parser{String(i_XPath.c_str())};
     parser.setSiblings(i_pSiblings);
     XPathEvaluationContext context;
     TErrorCode result = parser.runParser(i_pStartNode, context);
@@ -64,78 +56,52 @@ std::function<std::string(const char*)> valueIn(Node* i_pStartNode = nullptr,
   };
 }
 
-template <size_t N>
-void expectEach(const std::function<std::string(const char*)>& i_Compute, const Row (&i_Rows)[N]) {
-  for (const Row& row : i_Rows) {
-    EXPECT_EQ(i_Compute(row.m_Input), row.m_Expected) << row;
-  }
-}
-
 }  // namespace
 
 TEST(XPathExpressionsParserTest, ConvertsToPostfix) {
-  const Row rows[] = {
-      {"1 + 2 * 3", "1 2 3 * +"},
-      {"(1 + 2) * 3", "1 2 + 3 *"},
-      {"8 - 3 - 2", "8 3 - 2 -"},
-      {"2 < 3 = 1", "2 3 < 1 ="},
-      {"6 div 2 mod 4 * 5", "6 2 div 4 mod 5 *"},
+  // clang-format off
+  TestRows::expectRows({
+      {"1 + 2 * 3", "1 2 3 * +"}, {"(1 + 2) * 3", "1 2 + 3 *"}, {"8 - 3 - 2", "8 3 - 2 -"},
+      {"2 < 3 = 1", "2 3 < 1 ="}, {"6 div 2 mod 4 * 5", "6 2 div 4 mod 5 *"},
       // Deliberately one level for "and" and "or", taken left to right.
-      {"1 or 0 and 0", "1 0 or 0 and"},
-      {"1 = 1 or 2 + 3 > 4", "1 1 = 2 3 + 4 > or"},
+      {"1 or 0 and 0", "1 0 or 0 and"}, {"1 = 1 or 2 + 3 > 4", "1 1 = 2 3 + 4 > or"},
       {"concat('a', 'b') = 'ab'", "'a' 'b' concat 'ab' ="},
       {"concat('x','y','z')", "'x' 'y' 'z' concat"},
-      {"concat(1 + 2, concat('a', 'b'))", "1 2 + 'a' 'b' concat concat"},
-      {"((((7))))", "7"},
-      {"-2", "0 2 -"},
-      {"count()", "count"},
+      {"concat(1 + 2, concat('a', 'b'))", "1 2 + 'a' 'b' concat concat"}, {"((((7))))", "7"},
+      {"-2", "0 2 -"}, {"count()", "count"},
       // substring binds more loosely than "+", so "+" leaves the stack before it.
-      {"1 + substring('12345', 2)", "1 + '12345' 2 substring"},
-      {"1 +", "error:-15105"},
-  };
-  expectEach(postfixOf, rows);
+      {"1 + substring('12345', 2)", "1 + '12345' 2 substring"}, {"1 +", "error:-15105"},
+  }, postfixOf);
+  // clang-format on
 }
 
 TEST(XPathExpressionsParserTest, EvaluatesPostfix) {
-  const Row rows[] = {
-      {"1 + 2 * 3", "number:7"},
-      {"(1 + 2) * 3", "number:9"},
-      {"8 - 3 - 2", "number:3"},
-      {"2 < 3 = 1", "boolean:true"},
-      {"1 = 1", "boolean:true"},
-      {"1 = 2", "boolean:false"},
-      {"concat('a', 'b') = 'ab'", "boolean:true"},
-      {"concat('x','y','z')", "string:xyz"},
-      {"1 div 0", "number:Infinity"},
-      {"0 div 0", "number:NaN"},
-      {"-1 div 0", "number:-Infinity"},
-      {"true() < '5'", "boolean:true"},
-      {"substring('12345', 2)", "string:2345"},
-      {"'abc'", "string:abc"},
-      {"-0", "number:0"},
-      {"--2", "number:2"},
+  // clang-format off
+  TestRows::expectRows({
+      {"1 + 2 * 3", "number:7"}, {"(1 + 2) * 3", "number:9"}, {"8 - 3 - 2", "number:3"},
+      {"2 < 3 = 1", "boolean:true"}, {"1 = 1", "boolean:true"}, {"1 = 2", "boolean:false"},
+      {"concat('a', 'b') = 'ab'", "boolean:true"}, {"concat('x','y','z')", "string:xyz"},
+      {"1 div 0", "number:Infinity"}, {"0 div 0", "number:NaN"}, {"-1 div 0", "number:-Infinity"},
+      {"true() < '5'", "boolean:true"}, {"substring('12345', 2)", "string:2345"},
+      {"'abc'", "string:abc"}, {"-0", "number:0"}, {"--2", "number:2"},
       // "+" leaves the stack before substring and fails alone; the top value is the result.
       {"1 + substring('12345', 2)", "string:2345"},
-  };
-  expectEach(valueIn(), rows);
+  }, valueIn());
+  // clang-format on
 }
 
 // A failing operator pushes nothing and evaluation goes on: the code is that of the last
 // operator evaluated, and -15004 when no value is left, whatever the operators reported.
 TEST(XPathExpressionsParserTest, ReportsFailures) {
-  const Row rows[] = {
-      {"concat(count(), 'b', 'c')", "string:bc"},
-      {"count()[1]", "error:-15005"},
-      {"count()", "error:-15004"},
-      {"concat('a')", "error:-15004"},
-      {"translate('abc', 'a', 'b')", "error:-15004"},
-      {"local-name()", "error:-15004"},
-      {"count('a')", "error:-15004"},
-      {"1 +", "error:-15105"},
-      {"", "error:-15105"},
+  // clang-format off
+  TestRows::expectRows({
+      {"concat(count(), 'b', 'c')", "string:bc"}, {"count()[1]", "error:-15005"},
+      {"count()", "error:-15004"}, {"concat('a')", "error:-15004"},
+      {"translate('abc', 'a', 'b')", "error:-15004"}, {"local-name()", "error:-15004"},
+      {"count('a')", "error:-15004"}, {"1 +", "error:-15105"}, {"", "error:-15105"},
       {"   ", "error:-15105"},
-  };
-  expectEach(valueIn(), rows);
+  }, valueIn());
+  // clang-format on
 }
 
 TEST(XPathExpressionsParserTest, HandsContextToEveryItem) {
@@ -143,31 +109,24 @@ TEST(XPathExpressionsParserTest, HandsContextToEveryItem) {
   Node first(ElementNode, String("b"), 1, nullptr, &parent);
   Node second(ElementNode, String("b"), 2, nullptr, &parent);
   std::list<Node*> siblings = {&first, &second, &first};
-  const Row rows[] = {
-      {"position()", "number:2"},
-      {"last()", "number:3"},
-      {"position() + 1 = last()", "boolean:true"},
-  };
-  expectEach(valueIn(&second, &siblings), rows);
+  TestRows::expectRows(
+      {
+          {"position()", "number:2"},
+          {"last()", "number:3"},
+          {"position() + 1 = last()", "boolean:true"},
+      },
+      valueIn(&second, &siblings));
 }
 
 TEST(XPathExpressionsParserTest, OperatorFailureIsTracedAtItsLevel) {
-  std::vector<std::wstring> errors;
-  Tracer::setLevel(1);
-  Tracer::setListener([&errors](const TraceRecord& i_Record) {
-    // The reasons for rule authors are records of their own.
-    if (i_Record.level == 1 && std::string(i_Record.function) != XML_PLUGIN_REASON_FUNCTION) {
-      errors.push_back(i_Record.text);
-    }
-  });
+  TraceCollector collector(1);
   EXPECT_EQ(valueIn()("count()"), "error:-15004");
   EXPECT_EQ(valueIn()("1 +"), "error:-15105");
-  Tracer::setListener(nullptr);
-  Tracer::setLevel(0);
-  const std::vector<std::wstring> expected = {L"XML_PLUGIN_ERROR_XPATH_ARGUMENTS_NUMBER_ERROR",
-                                              L"XPATH error, localStack.size() = 0",
-                                              L"Tokenizing error"};
-  EXPECT_EQ(errors, expected);
+  // The reasons for rule authors are records of their own.
+  const std::vector<std::string> expected = {"XML_PLUGIN_ERROR_XPATH_ARGUMENTS_NUMBER_ERROR",
+                                             "XPATH error, localStack.size() = 0",
+                                             "Tokenizing error"};
+  EXPECT_EQ(collector.texts(), expected);
 }
 
 TEST(XPathExpressionsParserTest, NothingToShapeBeforeEvaluation) {

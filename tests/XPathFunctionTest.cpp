@@ -6,13 +6,12 @@
 #include <string>
 #include <vector>
 
-#include "TestXml.h"
+#include "TestRows.h"
 #include "XPathFunction.h"
-#include "XPathFunctionCall.h"
 #include "XmlPluginConstants.h"
 
 using namespace XmlPlugin;
-using FunctionCall::call;
+using TestRows::call;
 
 namespace {
 
@@ -30,56 +29,28 @@ struct RegistryRow {
 const XPathDataType B = BooleanType, S = StringType, N = NumberType;
 
 const RegistryRow kRegistry[] = {
-    {L"or", 1, false, 2, 2, 2, {}, B},
-    {L"=", 2, false, 2, 2, 2, {}, B},
-    {L",", 2, false, 2, 2, 2, {}, B},
-    {L"+", 3, false, 2, 1, 2, {N, N}, N},
-    {L"*", 4, false, 2, 2, 2, {N, N}, N},
-    {L"mod", 4, false, 2, 2, 2, {N, N}, N},
-    {L"position", 5, true, 0, 0, 0, {}, N},
-    {L"count", 4, true, 1, 1, 1, {}, N},
-    {L"last", 4, true, 0, 0, 0, {}, N},
-    {L"local-name", 4, true, 0, 0, 1, {}, S},
-    {L"name", 4, true, 1, 0, 1, {}, S},
-    {L"string", 4, true, 0, 0, 1, {}, S},
-    {L"concat", 4, true, 1, 2, -1, {S}, S},
-    {L"starts-with", 1, true, 1, 1, 1, {S, S}, B},
-    {L"contains", 1, true, 1, 1, 1, {S, S}, B},
-    {L"substring-before", 1, true, 1, 1, 1, {S, S}, S},
+    // clang-format off
+    {L"or", 1, false, 2, 2, 2, {}, B}, {L"=", 2, false, 2, 2, 2, {}, B},
+    {L",", 2, false, 2, 2, 2, {}, B}, {L"+", 3, false, 2, 1, 2, {N, N}, N},
+    {L"*", 4, false, 2, 2, 2, {N, N}, N}, {L"mod", 4, false, 2, 2, 2, {N, N}, N},
+    {L"position", 5, true, 0, 0, 0, {}, N}, {L"count", 4, true, 1, 1, 1, {}, N},
+    {L"last", 4, true, 0, 0, 0, {}, N}, {L"local-name", 4, true, 0, 0, 1, {}, S},
+    {L"name", 4, true, 1, 0, 1, {}, S}, {L"string", 4, true, 0, 0, 1, {}, S},
+    {L"concat", 4, true, 1, 2, -1, {S}, S}, {L"starts-with", 1, true, 1, 1, 1, {S, S}, B},
+    {L"contains", 1, true, 1, 1, 1, {S, S}, B}, {L"substring-before", 1, true, 1, 1, 1, {S, S}, S},
     {L"substring-after", 4, true, 1, 1, 1, {S, S}, S},
-    {L"substring", 1, true, 1, 2, 3, {S, N, N}, S},
-    {L"string-length", 4, true, 1, 0, 1, {S}, N},
-    {L"normalize-space", 4, true, 1, 0, 1, {S}, S},
-    {L"translate", 4, true, 1, 3, 3, {}, S},
-    {L"boolean", 4, true, 1, 1, 1, {}, B},
-    {L"true", 4, true, 0, 0, 0, {}, B},
-    {L"false", 4, true, 0, 0, 0, {}, B},
-    {L"not", 4, true, 1, 1, 1, {}, B},
-    {L"number", 4, true, 0, 0, 1, {}, N},
-    {L"sum", 4, true, 1, 1, 1, {}, N},
-    {L"floor", 4, true, 1, 1, 1, {N}, N},
-    {L"ceiling", 4, true, 1, 1, 1, {N}, N},
+    {L"substring", 1, true, 1, 2, 3, {S, N, N}, S}, {L"string-length", 4, true, 1, 0, 1, {S}, N},
+    {L"normalize-space", 4, true, 1, 0, 1, {S}, S}, {L"translate", 4, true, 1, 3, 3, {}, S},
+    {L"boolean", 4, true, 1, 1, 1, {}, B}, {L"true", 4, true, 0, 0, 0, {}, B},
+    {L"false", 4, true, 0, 0, 0, {}, B}, {L"not", 4, true, 1, 1, 1, {}, B},
+    {L"number", 4, true, 0, 0, 1, {}, N}, {L"sum", 4, true, 1, 1, 1, {}, N},
+    {L"floor", 4, true, 1, 1, 1, {N}, N}, {L"ceiling", 4, true, 1, 1, 1, {N}, N},
     {L"round", 4, true, 1, 1, 1, {N}, N},
+    // clang-format on
 };
 
-struct CallRow {
-  const wchar_t* m_Name;
-  std::vector<std::wstring> m_Arguments;
-  const char* m_Expected;
-};
-
-std::string rowText(const CallRow& i_Row) {
-  std::string text = String(i_Row.m_Name).toNarrow() + "(";
-  for (const std::wstring& argument : i_Row.m_Arguments) {
-    text += String(argument).toNarrow() + " ";
-  }
-  return text + ")";
-}
-
-void expectCalls(const std::vector<CallRow>& i_Rows, Node* i_pTree = nullptr) {
-  for (const CallRow& row : i_Rows) {
-    EXPECT_EQ(call(row.m_Name, row.m_Arguments, i_pTree), row.m_Expected) << rowText(row);
-  }
+void expectCalls(const std::vector<TestRows::Row>& i_Rows) {
+  TestRows::expectRows(i_Rows, [](const std::string& i_Call) { return call(i_Call); });
 }
 
 }  // namespace
@@ -125,135 +96,96 @@ TEST(XPathFunctionRegistryTest, ParenthesisAfterAFunctionNameIsFunctionStyle) {
 }
 
 TEST(XPathFunctionTest, StringFunctions) {
+  // clang-format off
   expectCalls({
-      {L"string", {L"12"}, "string:12"},
-      {L"string", {L"-Infinity"}, "string:-Infinity"},
-      {L"string", {L"true()"}, "string:true"},
-      {L"string", {L"{a,b}"}, "string:a"},
-      {L"concat", {L"'a'", L"1", L"true()", L"NaN"}, "string:a1trueNaN"},
-      {L"concat", {L"'a'"}, "error:-15005"},
-      {L"starts-with", {L"'abc'", L"''"}, "boolean:true"},
-      {L"starts-with", {L"'abc'", L"'b'"}, "boolean:false"},
-      {L"starts-with", {L"'abc'"}, "error:-15005"},
-      {L"contains", {L"'abc'", L"''"}, "boolean:true"},
-      {L"contains", {L"1", L"1"}, "boolean:true"},
-      {L"contains", {L"'abc'", L"'x'"}, "boolean:false"},
-      {L"substring-before", {L"'abc'", L"'b'"}, "string:a"},
-      {L"substring-before", {L"'abc'", L"'a'"}, "string:"},
-      {L"substring-after", {L"'abc'", L"'b'"}, "string:c"},
-      {L"substring-after", {L"'abc'", L"'x'"}, "string:"},
-      {L"substring-after", {L"'abc'"}, "error:-15005"},
-      {L"substring", {L"'12345'", L"2"}, "string:2345"},
-      {L"substring", {L"'12345'", L"0"}, "string:12345"},
-      {L"substring", {L"'12345'", L"1.5", L"2.6"}, "string:234"},
-      {L"substring", {L"'12345'", L"0", L"3"}, "string:12"},
-      {L"substring", {L"'12345'", L"NaN"}, "string:"},
-      {L"substring", {L"'12345'", L"-Infinity"}, "string:"},
-      {L"substring", {L"'12345'", L"-Infinity", L"Infinity"}, "string:12345"},
-      {L"substring", {L"'12345'", L"2", L"-Infinity"}, "string:2345"},
-      {L"substring", {L"'12345'", L"2", L"NaN"}, "string:"},
-      {L"substring", {L"'12345'", L"1e300", L"-1e300"}, "string:"},
-      {L"substring", {L"'12345'", L"-1e300", L"1e300"}, "string:"},
-      {L"substring", {L"'abc'"}, "error:-15005"},
-      {L"string-length", {L"'abcd'"}, "number:4"},
-      {L"string-length", {L"1.5"}, "number:3"},
-      {L"normalize-space", {L"'  a   b  '"}, "string:a b"},
-      {L"normalize-space", {L"'a\t\tb'"}, "string:a\t\tb"},
-      {L"translate", {L"'abc'", L"'a'", L"'b'"}, "error:-102"},
-      {L"translate", {L"'abc'"}, "error:-15005"},
+      {"string(12)", "string:12"}, {"string(-Infinity)", "string:-Infinity"},
+      {"string(true())", "string:true"}, {"string({a,b})", "string:a"},
+      {"concat('a', 1, true(), NaN)", "string:a1trueNaN"}, {"concat('a')", "error:-15005"},
+      {"starts-with('abc', '')", "boolean:true"}, {"starts-with('abc', 'b')", "boolean:false"},
+      {"starts-with('abc')", "error:-15005"}, {"contains('abc', '')", "boolean:true"},
+      {"contains(1, 1)", "boolean:true"}, {"contains('abc', 'x')", "boolean:false"},
+      {"substring-before('abc', 'b')", "string:a"}, {"substring-before('abc', 'a')", "string:"},
+      {"substring-after('abc', 'b')", "string:c"}, {"substring-after('abc', 'x')", "string:"},
+      {"substring-after('abc')", "error:-15005"}, {"substring('12345', 2)", "string:2345"},
+      {"substring('12345', 0)", "string:12345"}, {"substring('12345', 1.5, 2.6)", "string:234"},
+      {"substring('12345', 0, 3)", "string:12"}, {"substring('12345', NaN)", "string:"},
+      {"substring('12345', -Infinity)", "string:"},
+      {"substring('12345', -Infinity, Infinity)", "string:12345"},
+      {"substring('12345', 2, -Infinity)", "string:2345"},
+      {"substring('12345', 2, NaN)", "string:"}, {"substring('12345', 1e300, -1e300)", "string:"},
+      {"substring('12345', -1e300, 1e300)", "string:"}, {"substring('abc')", "error:-15005"},
+      {"string-length('abcd')", "number:4"}, {"string-length(1.5)", "number:3"},
+      {"normalize-space('  a   b  ')", "string:a b"},
+      {"normalize-space('a\t\tb')", "string:a\t\tb"}, {"translate('abc', 'a', 'b')", "error:-102"},
+      {"translate('abc')", "error:-15005"},
   });
+  // clang-format on
 }
 
 TEST(XPathFunctionTest, NodeSetBooleanAndNumberFunctions) {
+  // clang-format off
   expectCalls({
-      {L"count", {L"{a,b,c}"}, "number:3"},
-      {L"count", {L"{}"}, "number:0"},
-      {L"count", {L"'a'"}, "none"},
-      {L"count", {}, "error:-15005"},
-      {L"local-name", {}, "error:-102"},
-      {L"boolean", {L"''"}, "boolean:false"},
-      {L"boolean", {L"'0'"}, "boolean:true"},
-      {L"boolean", {L"0"}, "boolean:false"},
-      {L"boolean", {L"{}"}, "boolean:false"},
-      {L"boolean", {L"false()"}, "boolean:false"},
-      {L"not", {L"NaN"}, "boolean:true"},
-      {L"not", {L"-Infinity"}, "boolean:false"},
-      {L"number", {L"'abc'"}, "number:NaN"},
-      {L"number", {L"'12'"}, "number:12"},
-      {L"number", {L"{12,x}"}, "number:12"},
-      {L"number", {L"{x}"}, "number:NaN"},
-      {L"number", {L"true()"}, "number:1"},
-      {L"number", {L"-Infinity"}, "number:-Infinity"},
-      {L"number", {L"-0"}, "number:-0"},
-      {L"number", {}, "number:NaN"},
-      {L"sum", {L"{1,2.5}"}, "number:3.5"},
-      {L"sum", {L"{1,x}"}, "number:NaN"},
-      {L"sum", {L"'4'"}, "number:4"},
-      {L"floor", {L"-1.5"}, "number:-2"},
-      {L"ceiling", {L"1.2"}, "number:2"},
-      {L"ceiling", {L"NaN"}, "number:NaN"},
-      {L"round", {L"2.5"}, "number:3"},
-      {L"round", {L"-2.5"}, "number:-2"},
-      {L"round", {L"-2.6"}, "number:-3"},
-      {L"round", {L"-0.5"}, "number:0"},
-      {L"round", {L"-0.4"}, "number:0"},
-      {L"round", {L"100000000000000000000"}, "number:2.14748e+09"},
-      {L"round", {L"Infinity"}, "number:Infinity"},
+      {"count({a,b,c})", "number:3"}, {"count({})", "number:0"}, {"count('a')", "none"},
+      {"count()", "error:-15005"}, {"local-name()", "error:-102"}, {"boolean('')", "boolean:false"},
+      {"boolean('0')", "boolean:true"}, {"boolean(0)", "boolean:false"},
+      {"boolean({})", "boolean:false"}, {"boolean(false())", "boolean:false"},
+      {"not(NaN)", "boolean:true"}, {"not(-Infinity)", "boolean:false"},
+      {"number('abc')", "number:NaN"}, {"number('12')", "number:12"},
+      {"number({12,x})", "number:12"}, {"number({x})", "number:NaN"},
+      {"number(true())", "number:1"}, {"number(-Infinity)", "number:-Infinity"},
+      {"number(-0)", "number:-0"}, {"number()", "number:NaN"}, {"sum({1,2.5})", "number:3.5"},
+      {"sum({1,x})", "number:NaN"}, {"sum('4')", "number:4"}, {"floor(-1.5)", "number:-2"},
+      {"ceiling(1.2)", "number:2"}, {"ceiling(NaN)", "number:NaN"}, {"round(2.5)", "number:3"},
+      {"round(-2.5)", "number:-2"}, {"round(-2.6)", "number:-3"}, {"round(-0.5)", "number:0"},
+      {"round(-0.4)", "number:0"}, {"round(100000000000000000000)", "number:2.14748e+09"},
+      {"round(Infinity)", "number:Infinity"},
   });
+  // clang-format on
 }
 
 TEST(XPathFunctionTest, OperatorsAskTheSpecialNumberRulesFirst) {
+  // clang-format off
   expectCalls({
-      {L"+", {L"1", L"2"}, "number:3"},
-      {L"-", {L"-0", L"0"}, "number:-0"},
-      {L"-", {L"-0", L"-0"}, "number:-0"},
-      {L"+", {L"-0", L"-0"}, "number:0"},
-      {L"-", {L"Infinity", L"5"}, "number:-Infinity"},
-      {L"-", {L"5"}, "error:-15005"},
-      {L"div", {L"1", L"0"}, "number:Infinity"},
-      {L"div", {L"0", L"0"}, "number:NaN"},
-      {L"div", {L"1", L"3"}, "number:0.333333"},
-      {L"mod", {L"5", L"0"}, "number:NaN"},
-      {L"mod", {L"5", L"0.5"}, "number:NaN"},
-      {L"mod", {L"5.5", L"2"}, "number:1"},
-      {L"mod", {L"-5", L"2"}, "number:-1"},
-      {L"mod", {L"-1e300", L"-1"}, "number:0"},
+      {"1 + 2", "number:3"}, {"-0 - 0", "number:-0"}, {"-0 - -0", "number:-0"},
+      {"-0 + -0", "number:0"}, {"Infinity - 5", "number:-Infinity"}, {"-(5)", "error:-15005"},
+      {"1 div 0", "number:Infinity"}, {"0 div 0", "number:NaN"}, {"1 div 3", "number:0.333333"},
+      {"5 mod 0", "number:NaN"}, {"5 mod 0.5", "number:NaN"}, {"5.5 mod 2", "number:1"},
+      {"-5 mod 2", "number:-1"}, {"-1e300 mod -1", "number:0"},
       // Overflow becomes the special number, not an IEEE infinity.
-      {L"*", {L"10000000000000000000" + std::wstring(289, L'0'), L"10"}, "number:Infinity"},
-      {L"*", {L"-10000000000000000000" + std::wstring(289, L'0'), L"10"}, "number:-Infinity"},
-      {L"+", {L"'3'", L"{4,x}"}, "number:7"},
-      {L"=", {L"1", L"1"}, "boolean:true"},
-      {L"<", {L"2", L"1"}, "boolean:false"},
-      {L"<", {L"true()", L"'5'"}, "boolean:true"},
-      {L"and", {L"1", L"0"}, "boolean:false"},
-      {L"or", {L"1", L"0"}, "boolean:true"},
+      {"1e308 * 10", "number:Infinity"}, {"-1e308 * 10", "number:-Infinity"},
+      {"+('3', {4,x})", "number:7"}, {"1 = 1", "boolean:true"}, {"2 < 1", "boolean:false"},
+      {"true() < '5'", "boolean:true"}, {"1 and 0", "boolean:false"}, {"1 or 0", "boolean:true"},
   });
+  // clang-format on
 }
 
 TEST(XPathFunctionTest, FunctionsOverATree) {
   std::unique_ptr<Node> pTree =
       parseXml("<list><item>a<b>1</b>c</item><item id='7'>2</item><empty/></list>");
   ASSERT_NE(pTree, nullptr);
-  Node* pItem = FunctionCall::findNode(pTree.get(), L"item");
-  Node* pEmpty = FunctionCall::findNode(pTree.get(), L"empty");
-  EXPECT_EQ(call(L"string", {L"#item"}, pTree.get()), "string:a1c");
-  EXPECT_EQ(call(L"string", {}, nullptr, pItem), "string:a1c");
-  EXPECT_EQ(call(L"string", {}, nullptr, nullptr), "string:");
-  EXPECT_EQ(call(L"string-length", {}, nullptr, pItem), "number:3");
-  EXPECT_EQ(call(L"normalize-space", {}, nullptr, pEmpty), "string:");
-  EXPECT_EQ(call(L"number", {L"#b"}, pTree.get()), "number:1");
-  EXPECT_EQ(call(L"sum", {L"#b"}, pTree.get()), "number:1");
-  EXPECT_EQ(call(L"name", {L"#empty"}, pTree.get()), "string:empty");
-  EXPECT_EQ(call(L"name", {}, nullptr, pItem), "string:item");
-  EXPECT_EQ(call(L"name", {L"{}"}), "string:");
-
+  Node* pItem = TestRows::findNode(pTree.get(), L"item");
+  Node* pEmpty = TestRows::findNode(pTree.get(), L"empty");
   std::list<Node*> siblings = {pItem, pEmpty};
-  EXPECT_EQ(call(L"position", {}, nullptr, pEmpty, &siblings), "number:2");
-  EXPECT_EQ(call(L"last", {}, nullptr, pEmpty, &siblings), "number:2");
-  EXPECT_EQ(call(L"position", {}, nullptr, pTree.get(), &siblings), "number:1");
-  EXPECT_EQ(call(L"last", {}, nullptr, pTree.get(), &siblings), "number:1");
+  // Rows "context: call", the context being the tree's root, an item or the empty element.
+  const auto run = [&](const std::string& i_Row) {
+    const std::string context = i_Row.substr(0, i_Row.find(':'));
+    Node* pContext = context == "item" ? pItem : context == "empty" ? pEmpty : pTree.get();
+    return call(i_Row.substr(i_Row.find(':') + 2), pTree.get(),
+                context == "none" ? nullptr : pContext, &siblings);
+  };
+  // clang-format off
+  TestRows::expectRows({
+      {"none: string(#item)", "string:a1c"}, {"item: string()", "string:a1c"},
+      {"none: string()", "string:"}, {"item: string-length()", "number:3"},
+      {"empty: normalize-space()", "string:"}, {"none: number(#b)", "number:1"},
+      {"none: sum(#b)", "number:1"}, {"none: name(#empty)", "string:empty"},
+      {"item: name()", "string:item"}, {"none: name({})", "string:"},
+      {"empty: position()", "number:2"}, {"empty: last()", "number:2"},
+      {"root: position()", "number:1"}, {"root: last()", "number:1"},
+  }, run);
+  // clang-format on
   siblings.pop_back();
-  EXPECT_EQ(call(L"position", {}, nullptr, pEmpty, &siblings), "none");
+  EXPECT_EQ(run("empty: position()"), "none");
 }
 
 TEST(XPathFunctionTest, TextOfAVeryDeepTreeIsGatheredWithoutRecursion) {

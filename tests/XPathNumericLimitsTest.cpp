@@ -2,70 +2,44 @@
 
 #include <gtest/gtest.h>
 
-#include "TestValues.h"
+#include "TestRows.h"
 
 using namespace XmlPlugin;
+using TestRows::makeValue;
 
 namespace {
 
-const wchar_t* const OPERATORS[] = {L"+", L"-", L"*", L"div", L"mod"};
-
-// e1, e2 and the kinds of e1 + e2, e1 - e2, e1 * e2, e1 div e2 and e1 mod e2
+// "e1 e2" and the kinds of e1 + e2, e1 - e2, e1 * e2, e1 div e2 and e1 mod e2
 // (0 ordinary, 1 NaN, 2 Infinity, 3 -Infinity).
-struct KindRow {
-  const wchar_t* m_Left;
-  const wchar_t* m_Right;
-  const char m_Expected[6];
-};
-
-const KindRow RESULTS[] = {
-    // clang-format off
-    // e1           e2            + - * d m
-    {L"5",         L"3",         "00000"},
-    {L"-5",        L"2",         "00000"},
-    {L"5",         L"0",         "00021"},
-    {L"5",         L"-0",        "00031"},
-    {L"-5",        L"0",         "00031"},
-    {L"-5",        L"-0",        "00021"},
-    {L"0",         L"0",         "00011"},
-    {L"-0",        L"-0",        "00011"},
-    {L"5",         L"Infinity",  "23021"},  // * reads the infinity's value 0; div likewise
-    {L"-5",        L"Infinity",  "23031"},
-    {L"0",         L"Infinity",  "23111"},
-    {L"Infinity",  L"2",         "23200"},
-    {L"Infinity",  L"-2",        "23300"},
-    {L"Infinity",  L"-0",        "23111"},
-    {L"5",         L"-Infinity", "32321"},
-    {L"-5",        L"-Infinity", "32331"},
-    {L"0",         L"-Infinity", "32311"},
-    {L"-Infinity", L"5",         "32300"},
-    {L"-Infinity", L"-2",        "32300"},
-    {L"-Infinity", L"0",         "32311"},
-    {L"Infinity",  L"Infinity",  "21111"},
-    {L"Infinity",  L"-Infinity", "12111"},
-    {L"-Infinity", L"Infinity",  "13111"},
-    {L"-Infinity", L"-Infinity", "01111"},  // no rule for + : the caller adds the values
-    {L"NaN",       L"2",         "00000"},
-    {L"NaN",       L"0",         "00011"},
-    {L"NaN",       L"Infinity",  "00111"},
-    // clang-format on
-};
-
 TEST(XPathNumericLimitsTest, ResultsOfEveryOperator) {
-  for (const KindRow& row : RESULTS) {
-    const auto left = TestValues::makeValue(row.m_Left);
-    const auto right = TestValues::makeValue(row.m_Right);
-    for (int i = 0; i < 5; ++i) {
-      EXPECT_EQ(row.m_Expected[i] - '0',
-                XPathNumericLimits::evaluate(left.get(), right.get(), OPERATORS[i]))
-          << "row: " << String(row.m_Left).toNarrow() << " " << String(OPERATORS[i]).toNarrow()
-          << " " << String(row.m_Right).toNarrow();
+  // clang-format off
+  TestRows::expectRows({
+      {"5 3", "00000"}, {"-5 2", "00000"}, {"5 0", "00021"},
+      {"5 -0", "00031"}, {"-5 0", "00031"}, {"-5 -0", "00021"},
+      {"0 0", "00011"}, {"-0 -0", "00011"},
+      {"5 Infinity", "23021"},  // * reads the infinity's value 0; div likewise
+      {"-5 Infinity", "23031"}, {"0 Infinity", "23111"}, {"Infinity 2", "23200"},
+      {"Infinity -2", "23300"}, {"Infinity -0", "23111"}, {"5 -Infinity", "32321"},
+      {"-5 -Infinity", "32331"}, {"0 -Infinity", "32311"}, {"-Infinity 5", "32300"},
+      {"-Infinity -2", "32300"}, {"-Infinity 0", "32311"}, {"Infinity Infinity", "21111"},
+      {"Infinity -Infinity", "12111"}, {"-Infinity Infinity", "13111"},
+      {"-Infinity -Infinity", "01111"},  // no rule for + : the caller adds the values
+      {"NaN 2", "00000"}, {"NaN 0", "00011"}, {"NaN Infinity", "00111"},
+  }, [](const std::string& i_Row) {
+    const std::wstring text = TestRows::wide(i_Row);
+    const auto left = makeValue(text.substr(0, text.find(L' ')));
+    const auto right = makeValue(text.substr(text.find(L' ') + 1));
+    std::string kinds;
+    for (const wchar_t* op : {L"+", L"-", L"*", L"div", L"mod"}) {
+      kinds += std::to_string(XPathNumericLimits::evaluate(left.get(), right.get(), op));
     }
-  }
+    return kinds;
+  });
+  // clang-format on
 }
 
 TEST(XPathNumericLimitsTest, DivisionByAnInfinityThatCarriesAValue) {
-  const auto five = TestValues::makeValue(L"5");
+  const auto five = makeValue(L"5");
   for (LimitType kind : {Infinity, NInfinity}) {
     XPathArgument divisor(3.0);
     divisor.setNumbType(kind);
@@ -74,35 +48,28 @@ TEST(XPathNumericLimitsTest, DivisionByAnInfinityThatCarriesAValue) {
 }
 
 TEST(XPathNumericLimitsTest, UnknownOperatorHasNoSpecialCase) {
-  const auto infinity = TestValues::makeValue(L"Infinity");
-  const auto zero = TestValues::makeValue(L"0");
+  const auto infinity = makeValue(L"Infinity");
+  const auto zero = makeValue(L"0");
   for (const wchar_t* op : {L"^", L"DIV", L""}) {
     EXPECT_EQ(NumbType, XPathNumericLimits::evaluate(infinity.get(), zero.get(), op));
   }
 }
 
+// The value and its answers to isNumbType, isNaN, isInfinity and isNInfinity.
 TEST(XPathNumericLimitsTest, KindTests) {
-  struct Row {
-    const wchar_t* m_Value;
-    bool m_Numb, m_NaN, m_Inf, m_NInf;
-  };
-  const Row rows[] = {
-      {L"5", true, false, false, false},         {L"-0", true, false, false, false},
-      {L"NaN", false, true, false, false},       {L"Infinity", false, false, true, false},
-      {L"-Infinity", false, false, false, true},
-  };
-  for (const Row& row : rows) {
-    const auto value = TestValues::makeValue(row.m_Value);
-    EXPECT_EQ(row.m_Numb, XPathNumericLimits::isNumbType(value.get()))
-        << String(row.m_Value).toNarrow();
-    EXPECT_EQ(row.m_NaN, XPathNumericLimits::isNaN(value.get())) << String(row.m_Value).toNarrow();
-    EXPECT_EQ(row.m_Inf, XPathNumericLimits::isInfinity(value.get()))
-        << String(row.m_Value).toNarrow();
-    EXPECT_EQ(row.m_NInf, XPathNumericLimits::isNInfinity(value.get()))
-        << String(row.m_Value).toNarrow();
-  }
-  const auto zeroByInfinity = TestValues::special(ZeroByInfinity);
-  EXPECT_FALSE(XPathNumericLimits::isNumbType(zeroByInfinity.get()));
+  TestRows::expectRows({{"5", "1000"},
+                        {"-0", "1000"},
+                        {"NaN", "0100"},
+                        {"Infinity", "0010"},
+                        {"-Infinity", "0001"},
+                        {"ZeroByInfinity", "0000"}},
+                       [](const std::string& i_Row) {
+                         const auto value = makeValue(TestRows::wide(i_Row));
+                         return std::to_string(XPathNumericLimits::isNumbType(value.get())) +
+                                std::to_string(XPathNumericLimits::isNaN(value.get())) +
+                                std::to_string(XPathNumericLimits::isInfinity(value.get())) +
+                                std::to_string(XPathNumericLimits::isNInfinity(value.get()));
+                       });
 }
 
 }  // namespace

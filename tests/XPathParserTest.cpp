@@ -5,6 +5,7 @@
 
 #include <string>
 
+#include "TestRows.h"
 #include "XPath.h"
 #include "XPathPredicate.h"
 
@@ -13,9 +14,9 @@ using namespace XmlPlugin;
 namespace {
 
 // "path:count;path:count" for every prepared path.
-std::string split(const char* i_Operand) {
+std::string split(const std::string& i_Operand) {
   XPathEvaluationContext context;
-  XPath xpath(String(i_Operand), context);
+  XPath xpath(String(i_Operand.c_str()), context);
   const TErrorCode result = xpath.splitXPath();
   std::string text = std::to_string(result) + "|";
   for (size_t i = 0; i < xpath.getPaths().size(); ++i) {
@@ -53,24 +54,17 @@ std::string step(const char* i_Path, unsigned int i_Index) {
 }  // namespace
 
 TEST(XPathParserTest, SplitsAndPreparesPaths) {
-  const struct {
-    const char* m_Operand;
-    const char* m_Expected;
-  } rows[] = {
-      {"a | b", "0|a/endfunction():1;b/endfunction():1"},
-      {"a/b", "0|a/b/endfunction():2"},
-      {"/a/b", "0|a/b/endfunction():2"},
-      {"//a/b", "0|//a/b/endfunction():2"},
-      {"a/text()", "0|a/text():1"},
-      {"a/@id", "0|a/@id:1"},
+  // clang-format off
+  TestRows::expectRows({
+      {"a | b", "0|a/endfunction():1;b/endfunction():1"}, {"a/b", "0|a/b/endfunction():2"},
+      {"/a/b", "0|a/b/endfunction():2"}, {"//a/b", "0|//a/b/endfunction():2"},
+      {"a/text()", "0|a/text():1"}, {"a/@id", "0|a/@id:1"},
       {"a/attribute::id", "0|a/attribute::id:1"},
       {"a/b[c/d='x']/e", "0|a/b[c/d='x']/e/endfunction():4"},
       {"a||b|", "0|a/endfunction():1;b/endfunction():1"},
       {"a/Text()", "0|a/Text()/endfunction():2"},
-  };
-  for (const auto& row : rows) {
-    EXPECT_EQ(split(row.m_Operand), row.m_Expected) << "operand " << row.m_Operand;
-  }
+  }, split);
+  // clang-format on
 }
 
 TEST(XPathParserTest, EndsWithAttribute) {
@@ -83,25 +77,19 @@ TEST(XPathParserTest, EndsWithAttribute) {
 }
 
 TEST(XPathParserTest, CutsPathsIntoTokens) {
-  const struct {
-    const char* m_Path;
-    const char* m_Expected;
-  } rows[] = {
-      {"a/b/c", "a,b,c"},
-      {"//a/b", "//a,b"},
+  // clang-format off
+  TestRows::expectRows({
+      {"a/b/c", "a,b,c"}, {"//a/b", "//a,b"},
       {"a//b/c", "a//b,c"},  // a "//" after the first step never separates
-      {"a/b[c/d='x']/e", "a,b[c/d='x'],e"},
-      {"/a", ""},
-      {"", ""},
-  };
-  for (const auto& row : rows) {
-    XPathParser parser;
+      {"a/b[c/d='x']/e", "a,b[c/d='x'],e"}, {"/a", ""}, {"", ""},
+  }, [](const std::string& i_Path) {
     std::string text;
-    for (const String& token : parser.getTokens(String(row.m_Path))) {
+    for (const String& token : XPathParser().getTokens(String(i_Path.c_str()))) {
       text += (text.empty() ? "" : ",") + token.toNarrow();
     }
-    EXPECT_EQ(text, row.m_Expected) << "path " << row.m_Path;
-  }
+    return text;
+  });
+  // clang-format on
   XPathParser parser;
   EXPECT_EQ(parser.getStepCount(String("a//b/c[d/e]")), 3u);
 }
@@ -112,28 +100,21 @@ TEST(XPathParserTest, BuildsSteps) {
     unsigned int m_Index;
     const char* m_Expected;
   } rows[] = {
+      // clang-format off
       {"//a/b/endfunction()", 0, "0|root child a deep"},
       {"//a/b/endfunction()", 1, "0|mid child b"},
-      {"//a/b/endfunction()", 2, "0|leaf child endfunction()"},
-      {"//a/b/endfunction()", 3, "-103|"},
-      {"a/text()", 1, "0|leaf child text()"},
-      {"a/@id", 1, "0|leaf attribute id"},
-      {"a/../b", 1, "0|mid parent *"},
-      {"a/./b", 1, "0|mid self *"},
-      {"a/child::b", 1, "0|leaf child b"},
-      {"a/attribute::id", 1, "0|leaf attribute id"},
+      {"//a/b/endfunction()", 2, "0|leaf child endfunction()"}, {"//a/b/endfunction()", 3, "-103|"},
+      {"a/text()", 1, "0|leaf child text()"}, {"a/@id", 1, "0|leaf attribute id"},
+      {"a/../b", 1, "0|mid parent *"}, {"a/./b", 1, "0|mid self *"},
+      {"a/child::b", 1, "0|leaf child b"}, {"a/attribute::id", 1, "0|leaf attribute id"},
       {"a/foo::b", 1, "0|leaf child b"},
       {"a/following-sibling::b", 1, "0|leaf following-sibling b"},
       {"a[1][@x='y']/b", 0, "0|root child a [1] [@x='y']"},
-      {"a/b[c/d='x']/e", 1, "0|mid child b [c/d='x']"},
-      {"a/b[1", 1, "-15101|"},
-      {"a/b]", 1, "-15101|"},
-      {"[1]/a", 0, "-15101|"},
-      {"a/b[1]]", 1, "0|leaf child b [1]"},
+      {"a/b[c/d='x']/e", 1, "0|mid child b [c/d='x']"}, {"a/b[1", 1, "-15101|"},
+      {"a/b]", 1, "-15101|"}, {"[1]/a", 0, "-15101|"}, {"a/b[1]]", 1, "0|leaf child b [1]"},
       {"a[b[c]]", 0, "0|root child a [b[c] [c]"},  // an inner "[" ends at the outer "]"
-      {"a[1][[", 0, "-15101|"},
-      {"a//b", 0, "0|root child a//b"},
-      {"a/", 0, "0|root child a"},
+      {"a[1][[", 0, "-15101|"}, {"a//b", 0, "0|root child a//b"}, {"a/", 0, "0|root child a"},
+      // clang-format on
   };
   for (const auto& row : rows) {
     EXPECT_EQ(step(row.m_Path, row.m_Index), row.m_Expected)

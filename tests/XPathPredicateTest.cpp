@@ -5,7 +5,7 @@
 
 #include <string>
 
-#include "TestXml.h"
+#include "TestRows.h"
 #include "XPath.h"
 #include "XPathEvaluationContext.h"
 #include "XPathStep.h"
@@ -16,11 +16,11 @@ using namespace XmlPlugin;
 namespace {
 
 // "code|name,name" for the children of the root that the predicate keeps.
-std::string filter(const Node* i_pRoot, const char* i_Predicate) {
+std::string filter(const Node* i_pRoot, const std::string& i_Predicate) {
   std::list<Node*> nodes;
   XPathStep::getChildrenXmlNodes(i_pRoot, nodes);
   XPathEvaluationContext context;
-  const TErrorCode result = XPathPredicate(String(i_Predicate)).fiterNodes(nodes, context);
+  const TErrorCode result = XPathPredicate(String(i_Predicate.c_str())).fiterNodes(nodes, context);
   std::string text = std::to_string(result) + "|";
   for (const Node* pNode : nodes) {
     text += (pNode == nodes.front() ? "" : ",") + pNode->m_Name.toNarrow() +
@@ -36,32 +36,19 @@ TEST(XPathPredicateTest, KeepsByResultType) {
   ASSERT_NE(pTree, nullptr);
   const std::string unsupported = std::to_string(XML_PLUGIN_ERROR_XPATH_UNSUPPORTED_EXPRESSION);
   const std::string wrong = std::to_string(XML_PLUGIN_ERROR_XPATH_WRONG_EXPRESSION);
-  const struct {
-    const char* m_Predicate;
-    std::string m_Expected;
-  } rows[] = {
+  // clang-format off
+  TestRows::expectRows({
       // A number is compared with the overall position among the candidates.
-      {"[2]", "0|c2"},
-      {"[1.5]", "0|"},
-      {"[5]", "0|"},
-      {"[position() = 2]", "0|c2"},
+      {"[2]", "0|c2"}, {"[1.5]", "0|"}, {"[5]", "0|"}, {"[position() = 2]", "0|c2"},
       {"[position()=2]", "0|c2"},  // the anchoring form, decided without an evaluation
-      {"[position()=4]", "0|"},
-      {"[last() = 3]", "0|b1,c2,b3"},
+      {"[position()=4]", "0|"}, {"[last() = 3]", "0|b1,c2,b3"},
       // The evaluation of @id is anchored at the candidate's position among the candidates
       // of its name (1, 1, 2), so the second b finds its own attribute.
-      {"[@id]", "0|c2,b3"},
-      {"[@id = 'x']", "0|b3"},
-      {"['x']", "0|b1,c2,b3"},
-      {"['']", "0|b1,c2,b3"},
-      {"[1 = 1]", "0|b1,c2,b3"},
-      {"[1 = 2]", "0|"},
-      {"[]", unsupported + "|b1,c2,b3"},
-      {"[1 +]", wrong + "|"},
-  };
-  for (const auto& row : rows) {
-    EXPECT_EQ(filter(pTree.get(), row.m_Predicate), row.m_Expected) << row.m_Predicate;
-  }
+      {"[@id]", "0|c2,b3"}, {"[@id = 'x']", "0|b3"}, {"['x']", "0|b1,c2,b3"},
+      {"['']", "0|b1,c2,b3"}, {"[1 = 1]", "0|b1,c2,b3"}, {"[1 = 2]", "0|"},
+      {"[]", unsupported + "|b1,c2,b3"}, {"[1 +]", wrong + "|"},
+  }, [&](const std::string& i_Predicate) { return filter(pTree.get(), i_Predicate); });
+  // clang-format on
 }
 
 TEST(XPathPredicateTest, EmptyCandidateList) {
@@ -89,31 +76,17 @@ TEST(XPathPredicateTest, PredicatesInPaths) {
   std::unique_ptr<Node> pTree =
       parseXml("<a><b id='1'><c>x</c></b><b><c>y</c></b><d><b id='2'><c>z</c></b></d></a>");
   ASSERT_NE(pTree, nullptr);
-  const struct {
-    const char* m_Path;
-    const char* m_Expected;
-  } rows[] = {
-      {"a/b[2]/c", "0|y"},
-      {"a[position()=1]/b[position()=2]/c", "0|y"},
-      {"a/b[position()=3]/c", "0|"},
-      {"a/b[@id]/c", "0|x"},
+  TestRows::expectRows(
+      {
+          // clang-format off
+      {"a/b[2]/c", "0|y"}, {"a[position()=1]/b[position()=2]/c", "0|y"},
+      {"a/b[position()=3]/c", "0|"}, {"a/b[@id]/c", "0|x"},
       {"a/b[@id][2]/c", "0|"},  // the second predicate numbers the survivors of the first
-      {"//b[@id]/c", "0|x,z"},
-      {"//b[c = 'y']/c", "0|y"},
-      {"a/b[c = 'y']/c", "0|y"},
+      {"//b[@id]/c", "0|x,z"}, {"//b[c = 'y']/c", "0|y"}, {"a/b[c = 'y']/c", "0|y"},
       {"a/b[]/c", "0|x,y"},  // a failing predicate leaves the name test only
-  };
-  for (const auto& row : rows) {
-    XPathOutputElements items;
-    OutputElementsGuard guard(items);
-    XPathEvaluationContext context;
-    const TErrorCode result = XPath(String(row.m_Path), context).getValues(items, pTree.get());
-    std::string text = std::to_string(result) + "|";
-    for (const XPathOutputElement* pItem : items) {
-      text += (pItem == items.front() ? "" : ",") + pItem->hostValue().toNarrow();
-    }
-    EXPECT_EQ(text, row.m_Expected) << row.m_Path;
-  }
+                                 // clang-format on
+      },
+      [&](const std::string& i_Path) { return TestRows::pathValues(pTree.get(), i_Path); });
 }
 
 // The condition is compiled once per filtering; each candidate's evaluation must see nothing
@@ -142,25 +115,13 @@ TEST(XPathPredicateTest, EachCandidateIsJudgedAfresh) {
   }
   std::unique_ptr<Node> pTree = parseXml(xml + "</a>");
   ASSERT_NE(pTree, nullptr);
-  const struct {
-    const char* m_Path;
-    std::string m_Expected;
-  } rows[] = {
-      {"a/b[@v = '3' and count(c) = 2]/@n", withCountTwoAndVThree},
-      {"a/b[not(@v)]/@n", withoutV},
-      {"a/b[concat(@v, 'x') = '3x']/@n", withVThree},
-      {"a/b[position() = 150]/@n", "b150"},
-      {"a/b[last() - 1]/@n", "b299"},
-  };
-  for (const auto& row : rows) {
-    XPathOutputElements items;
-    OutputElementsGuard guard(items);
-    XPathEvaluationContext context;
-    ASSERT_EQ(XPath(String(row.m_Path), context).getValues(items, pTree.get()), 0) << row.m_Path;
-    std::string text;
-    for (const XPathOutputElement* pItem : items) {
-      text += (text.empty() ? "" : ",") + pItem->hostValue().toNarrow();
-    }
-    EXPECT_EQ(text, row.m_Expected) << row.m_Path;
-  }
+  TestRows::expectRows(
+      {
+          {"a/b[@v = '3' and count(c) = 2]/@n", "0|" + withCountTwoAndVThree},
+          {"a/b[not(@v)]/@n", "0|" + withoutV},
+          {"a/b[concat(@v, 'x') = '3x']/@n", "0|" + withVThree},
+          {"a/b[position() = 150]/@n", "0|b150"},
+          {"a/b[last() - 1]/@n", "0|b299"},
+      },
+      [&](const std::string& i_Path) { return TestRows::pathValues(pTree.get(), i_Path); });
 }

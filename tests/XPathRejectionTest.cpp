@@ -7,12 +7,12 @@
 #include <string>
 #include <vector>
 
+#include "TestTrace.h"
 #include "XPathEvaluationContext.h"
 #include "XPathExpressionsParser.h"
 #include "XPathTokenizer.h"
 #include "XmlPlugin/XmlPluginReasons.h"
 #include "XmlPluginConstants.h"
-#include "host/Trace.h"
 
 using namespace XmlPlugin;
 
@@ -20,29 +20,14 @@ namespace {
 
 class XPathRejectionTest : public testing::Test {
  protected:
-  void SetUp() override {
-    Tracer::setLevel(1);
-    Tracer::setListener([this](const TraceRecord& i_Record) {
-      if (std::string(i_Record.function) == XML_PLUGIN_REASON_FUNCTION) {
-        m_Reasons.push_back(String(i_Record.text).toNarrow());
-      }
-    });
-  }
-  void TearDown() override {
-    Tracer::setListener(Tracer::Listener());
-    Tracer::setLevel(0);
-  }
-
   // The reasons a run of i_XPath gave.
-  std::vector<std::string> reasonsFor(const std::wstring& i_XPath) {
+  static std::vector<std::string> reasonsFor(const std::wstring& i_XPath) {
+    TraceCollector collector(1);
     XPathExpressionsParser parser{String(i_XPath)};
-    m_Reasons.clear();
     XPathEvaluationContext context;
     parser.runParser(nullptr, context);
-    return m_Reasons;
+    return collector.texts(XML_PLUGIN_REASON_FUNCTION);
   }
-
-  std::vector<std::string> m_Reasons;
 };
 
 struct Row {
@@ -97,10 +82,10 @@ TEST_F(XPathRejectionTest, EveryRunOfACompiledTextGivesItsReason) {
   // A compiled text is kept and run again for the next request: that one needs its reason too.
   XPathExpressionsParser parser{String(L"cout(a)")};
   for (int run = 0; run < 2; ++run) {
-    m_Reasons.clear();
+    TraceCollector collector(1);
     XPathEvaluationContext context;
     EXPECT_EQ(parser.runParser(nullptr, context), XML_PLUGIN_ERROR_XPATH_WRONG_EXPRESSION);
-    EXPECT_EQ(m_Reasons,
+    EXPECT_EQ(collector.texts(XML_PLUGIN_REASON_FUNCTION),
               std::vector<std::string>{"XPath text rejected at column 1: unknown function `cout`"});
   }
 }

@@ -5,7 +5,7 @@
 
 #include <string>
 
-#include "TestXml.h"
+#include "TestRows.h"
 #include "XPathEvaluationContext.h"
 #include "XPathPredicate.h"
 #include "XmlPluginConstants.h"
@@ -63,21 +63,13 @@ TEST(XPathStepTest, AxisNames) {
     const char* m_Name;
     StepAxis m_Axis;
   } rows[] = {
-      {"attribute", attribute},
-      {"child", child},
-      {"descendant", descendant},
-      {"self", self},
-      {"descendant-or-self", descendant_or_self},
-      {"following", following},
-      {"preceding", preceding},
-      {"ancestor", ancestor},
-      {"ancestor-or-self", ancestor_or_self},
-      {"following-sibling", following_sibling},
-      {"preceding-sibling", preceding_sibling},
-      {"parent", parent},
-      {"namespace", child},
-      {"Parent", child},
-      {"", child},
+      // clang-format off
+      {"attribute", attribute}, {"child", child}, {"descendant", descendant}, {"self", self},
+      {"descendant-or-self", descendant_or_self}, {"following", following},
+      {"preceding", preceding}, {"ancestor", ancestor}, {"ancestor-or-self", ancestor_or_self},
+      {"following-sibling", following_sibling}, {"preceding-sibling", preceding_sibling},
+      {"parent", parent}, {"namespace", child}, {"Parent", child}, {"", child},
+      // clang-format on
   };
   for (const auto& row : rows) {
     EXPECT_EQ(XPathStep::receiveAxis(String(row.m_Name)), row.m_Axis) << row.m_Name;
@@ -127,28 +119,21 @@ TEST(XPathStepTest, LeafOutput) {
   std::unique_ptr<Node> pTree = parseXml("<r><e/><t>x</t><m><i/>second</m><at a='1' b='2'/></r>");
   ASSERT_NE(pTree, nullptr);
   const int notFound = XML_PLUGIN_ERROR_XPATH_NOT_FOUND;
-  const struct {
-    const char* m_Leaf;
-    const wchar_t* m_Element;
-    std::string m_Expected;  // numbers relative to the element's
-  } rows[] = {
-      {"endfunction()", L"e", "0|0::"},
-      {"endfunction()", L"t", "0|0:x:"},
-      {"parent::*", L"t", "0|0:x:"},
-      {"text()", L"t", "0|1:x:x"},
-      {"text()", L"e", std::to_string(notFound) + "|"},
-      {"text()", L"m", "0|2:second:second"},
-      {"endfunction()", L"m", "0|0:second:"},
-      {"@*", L"at", "0|0:1:1,1:2:2"},
-      {"@*", L"e", "0|"},
-      {"@b", L"at", "0|2:2:2"},
-      {"attribute::a", L"at", "0|1:1:1"},
-      {"@missing", L"at", std::to_string(notFound) + "|"},
-  };
-  for (const auto& row : rows) {
-    EXPECT_EQ(leafOutput(row.m_Leaf, element(pTree, row.m_Element)), row.m_Expected)
-        << row.m_Leaf << " on " << String(row.m_Element).toNarrow();
-  }
+  // Rows "leaf on element"; item numbers relative to the element's.
+  // clang-format off
+  TestRows::expectRows({
+      {"endfunction() on e", "0|0::"}, {"endfunction() on t", "0|0:x:"},
+      {"parent::* on t", "0|0:x:"}, {"text() on t", "0|1:x:x"},
+      {"text() on e", std::to_string(notFound) + "|"},
+      {"text() on m", "0|2:second:second"}, {"endfunction() on m", "0|0:second:"},
+      {"@* on at", "0|0:1:1,1:2:2"}, {"@* on e", "0|"}, {"@b on at", "0|2:2:2"},
+      {"attribute::a on at", "0|1:1:1"}, {"@missing on at", std::to_string(notFound) + "|"},
+  }, [&](const std::string& i_Row) {
+    const size_t on = i_Row.find(" on ");
+    return leafOutput(i_Row.substr(0, on).c_str(),
+                      element(pTree, TestRows::wide(i_Row.substr(on + 4)).c_str()));
+  });
+  // clang-format on
 }
 
 TEST(XPathStepTest, LeafAddsAnElementOnce) {
@@ -197,21 +182,18 @@ TEST(XPathStepTest, PredicatesMarkAndFilter) {
   std::unique_ptr<Node> pTree = parseXml("<r><b id='1'/><c/><b/></r>");
   ASSERT_NE(pTree, nullptr);
   const std::string unsupported = std::to_string(XML_PLUGIN_ERROR_XPATH_UNSUPPORTED_EXPRESSION);
-  const struct {
-    const char* m_Step;
-    std::string m_Expected;  // "code|mark per candidate (x: marked)|names kept"
-  } rows[] = {
-      {"b[@id]", "0|-xx|b"},
-      {"*[2]", "0|x-x|c"},
-      {"b[@none][1]", "0|xxx|"},
+  // Rows {step, "code|mark per candidate (x: marked)|names kept"}.
+  const std::vector<TestRows::Row> rows = {
+      // clang-format off
+      {"b[@id]", "0|-xx|b"}, {"*[2]", "0|x-x|c"}, {"b[@none][1]", "0|xxx|"},
       // "[]" fails also once no candidate is left; here it hides in a literal.
-      {"b[@none][@x='[]']", unsupported + "|xxx|"},
-      {"b[@id][]", unsupported + "|-xx|b"},
+      {"b[@none][@x='[]']", unsupported + "|xxx|"}, {"b[@id][]", unsupported + "|-xx|b"},
+      // clang-format on
   };
-  for (const auto& row : rows) {
+  TestRows::expectRows(rows, [&](const std::string& i_Step) {
     std::list<Node*> candidates;
     XPathStep::getChildrenXmlNodes(pTree.get(), candidates);
-    std::unique_ptr<XPathStep> pStep = makeStep(row.m_Step, mid);
+    std::unique_ptr<XPathStep> pStep = makeStep(i_Step.c_str(), mid);
     std::vector<MarkedNode> marked;
     XPathEvaluationContext context;
     const TErrorCode result = pStep->markFilteredNodes(candidates, marked, context);
@@ -220,10 +202,10 @@ TEST(XPathStepTest, PredicatesMarkAndFilter) {
       text += candidate.m_Marked ? "x" : "-";
     }
     text += "|";
-    EXPECT_EQ(pStep->filterNodes(candidates, context), result) << row.m_Step;
+    EXPECT_EQ(pStep->filterNodes(candidates, context), result) << i_Step;
     for (const Node* pNode : candidates) {
       text += pNode->m_Name.toNarrow();
     }
-    EXPECT_EQ(text, row.m_Expected) << row.m_Step;
-  }
+    return text;
+  });
 }

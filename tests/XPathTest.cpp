@@ -5,155 +5,101 @@
 
 #include <string>
 
-#include "TestXml.h"
+#include "TestLimits.h"
+#include "TestRows.h"
 #include "XmlPluginConstants.h"
 
 using namespace XmlPlugin;
 
 namespace {
 
-struct PathRow {
-  const char* m_Path;
-  const char* m_Expected;  // "code|owner=text,..." in result order
-};
-
-// Each item as the name of the node it belongs to and the text the host receives.
-std::string evaluate(Node* i_pRoot, const char* i_Path) {
-  XPathOutputElements items;
-  OutputElementsGuard guard(items);
-  XPathEvaluationContext context;
-  XPath xpath(String(i_Path), context);
-  const TErrorCode result = xpath.getValues(items, i_pRoot);
-  std::string text = std::to_string(result) + "|";
-  for (const XPathOutputElement* pItem : items) {
-    text += (pItem == items.front() ? "" : ",") + pItem->m_Node->m_Name.toNarrow() + "=" +
-            pItem->hostValue().toNarrow();
-  }
-  return text;
-}
-
-void expectRows(const std::string& i_Xml, const std::vector<PathRow>& i_Rows) {
+// Rows {path, "code|owner=text,..." in result order} over the document i_Xml.
+void expectRows(const std::string& i_Xml, const std::vector<TestRows::Row>& i_Rows) {
   std::unique_ptr<Node> pTree = parseXml(i_Xml);
   ASSERT_NE(pTree, nullptr) << i_Xml;
-  for (const PathRow& row : i_Rows) {
-    EXPECT_EQ(evaluate(pTree.get(), row.m_Path), row.m_Expected) << "path " << row.m_Path;
-  }
-}
-
-// A chain of i_Depth elements named x, each holding the next.
-std::string chain(int i_Depth) {
-  std::string xml;
-  for (int level = 0; level < i_Depth; ++level) {
-    xml += "<x>";
-  }
-  for (int level = 0; level < i_Depth; ++level) {
-    xml += "</x>";
-  }
-  return xml;
+  TestRows::expectRows(i_Rows, [&](const std::string& i_Path) {
+    return TestRows::pathValues(pTree.get(), i_Path, true);
+  });
 }
 
 }  // namespace
 
 TEST(XPathTest, ChildPathsAndLeaves) {
-  expectRows("<a><b id='1'>one</b><c>two</c><b id='2' k='v'>three<i/>four</b></a>",
-             {
-                 {"a/b", "0|b=one,b=three"},
-                 {"/a/b", "0|b=one,b=three"},
-                 {"x/b", "0|"},
-                 {"a", "0|a="},
-                 {"a/*", "0|b=one,c=two,b=three"},
-                 {"a/node()", "0|b=one,c=two,b=three"},
-                 {"a/B", "0|"},
-                 {"a/b/text()", "0|b=one,b=three"},
-                 {"a/text()", "0|"},
-                 {"a/b/@id", "0|b=1,b=2"},
-                 {"a/b/attribute::k", "0|b=v"},
-                 {"a/b/@*", "0|b=1,b=2,b=v"},
-                 {"a/b/@missing", "0|"},
-                 {"a/b/i", "0|i="},
-                 {"a/foo::c", "0|c=two"},
-                 // The first step's verdict stops only its own output, not its children's.
-                 {"a[@x]", "0|"},
-                 {"a[@x]/c", "0|c=two"},
-             });
+  // clang-format off
+  expectRows("<a><b id='1'>one</b><c>two</c><b id='2' k='v'>three<i/>four</b></a>", {
+      {"a/b", "0|b=one,b=three"}, {"/a/b", "0|b=one,b=three"}, {"x/b", "0|"}, {"a", "0|a="},
+      {"a/*", "0|b=one,c=two,b=three"}, {"a/node()", "0|b=one,c=two,b=three"}, {"a/B", "0|"},
+      {"a/b/text()", "0|b=one,b=three"}, {"a/text()", "0|"}, {"a/b/@id", "0|b=1,b=2"},
+      {"a/b/attribute::k", "0|b=v"}, {"a/b/@*", "0|b=1,b=2,b=v"}, {"a/b/@missing", "0|"},
+      {"a/b/i", "0|i="}, {"a/foo::c", "0|c=two"},
+      // The first step's verdict stops only its own output, not its children's.
+      {"a[@x]", "0|"}, {"a[@x]/c", "0|c=two"},
+  });
+  // clang-format on
 }
 
 TEST(XPathTest, DeepSearch) {
-  expectRows("<a><b>1<b>2</b></b><c><d><b>3</b></d></c></a>",
-             {
-                 {"//b", "0|b=1,b=2,b=3"},
-                 {"//d/b", "0|b=3"},
-                 {"//c/b", "0|"},
-                 {"//b/text()", "0|b=1,b=2,b=3"},
-                 {"a//b", "0|"},  // only a leading "//" searches in depth
-                 {"a/b/b", "0|b=2"},
-                 // Nodes a predicate step excluded in depth (by name or predicate) stay
-                 // excluded for the later paths of a union: their children give nothing.
-                 {"//c[@x] | a/b/b", "0|"},
-                 {"a/b/b | //c[@x]", "0|b=2"},
-             });
+  // clang-format off
+  expectRows("<a><b>1<b>2</b></b><c><d><b>3</b></d></c></a>", {
+      {"//b", "0|b=1,b=2,b=3"}, {"//d/b", "0|b=3"}, {"//c/b", "0|"},
+      {"//b/text()", "0|b=1,b=2,b=3"}, {"a//b", "0|"},  // only a leading "//" searches in depth
+      {"a/b/b", "0|b=2"},
+      // Nodes a predicate step excluded in depth (by name or predicate) stay
+      // excluded for the later paths of a union: their children give nothing.
+      {"//c[@x] | a/b/b", "0|"}, {"a/b/b | //c[@x]", "0|b=2"},
+  });
+  // clang-format on
 }
 
 TEST(XPathTest, UnionsMergeInDocumentOrder) {
-  expectRows("<a><b x='p'>1</b><c>2</c><b x='q'>3</b></a>",
-             {
-                 {"a/c | a/b", "0|b=1,c=2,b=3"},
-                 {"a/b|a/b", "0|b=1,b=3"},
-                 {"a/b | x", "0|b=1,b=3"},
-                 // The first attribute shares its element's number, so it gives way to it.
-                 {"a/b | a/b/@*", "0|b=1,b=3"},
-                 {"a/b/@* | a/b", "0|b=p,b=q"},
-                 {"| a/c ||", "0|c=2"},
-             });
+  // clang-format off
+  expectRows("<a><b x='p'>1</b><c>2</c><b x='q'>3</b></a>", {
+      {"a/c | a/b", "0|b=1,c=2,b=3"}, {"a/b|a/b", "0|b=1,b=3"}, {"a/b | x", "0|b=1,b=3"},
+      // The first attribute shares its element's number, so it gives way to it.
+      {"a/b | a/b/@*", "0|b=1,b=3"}, {"a/b/@* | a/b", "0|b=p,b=q"}, {"| a/c ||", "0|c=2"},
+  });
+  // clang-format on
 }
 
 TEST(XPathTest, Axes) {
-  expectRows("<r><a><b>1</b><c>2</c><d>3</d></a><e>4</e></r>",
-             {
-                 {"r/a/c/..", "0|a="},
-                 {"r/a/c/parent::a", "0|a="},
-                 {"r/a/c/parent::x", "0|"},
-                 {"r/a/c/ancestor::*", "0|r=,a="},
-                 {"r/a/c/ancestor::r", "0|r="},
-                 {"r/a/c/ancestor::node()", "0|"},  // "node()" is no wildcard here
-                 {"r/a/c/ancestor-or-self::*", "0|r=,a=,c=2"},
-                 {"r/a/b/../d", "0|d=3"},
-                 {"r/a/.", "0|a="},
-                 {"r/a/./b", "0|b=1"},
-                 {"r/a/self::a", "0|a="},
-                 {"r/a/self::x", "0|"},
-                 {"r/descendant::*", "0|a=,b=1,c=2,d=3,e=4"},
-                 {"r/descendant::d", "0|d=3"},
-                 {"r/descendant-or-self::*", "0|r=,a=,b=1,c=2,d=3,e=4"},
-                 // The descendant axis also offers the text children.
-                 {"r/a/b/descendant::*", "0|1="},
-                 // No name test for the siblings the leaf receives.
-                 {"r/a/c/following-sibling::x", "0|d=3"},
-                 {"r/a/c/preceding-sibling::*", "0|b=1"},
-                 // A longer path goes on from the parent of the siblings, not from them.
-                 {"r/a/c/following-sibling::*/b", "0|b=1"},
-                 {"r/a/d/preceding-sibling::x/c", "0|"},
-                 {"r/a/c/ancestor::*/e", "0|e=4"},
-                 {"r/a/c/following::*", "0|d=3,e=4"},
-                 {"r/e/preceding::*", "0|a=,b=1,c=2,d=3"},
-                 {"r/a/c/preceding::*", "0|b=1"},
-             });
+  // clang-format off
+  expectRows("<r><a><b>1</b><c>2</c><d>3</d></a><e>4</e></r>", {
+      {"r/a/c/..", "0|a="}, {"r/a/c/parent::a", "0|a="}, {"r/a/c/parent::x", "0|"},
+      {"r/a/c/ancestor::*", "0|r=,a="}, {"r/a/c/ancestor::r", "0|r="},
+      {"r/a/c/ancestor::node()", "0|"},  // "node()" is no wildcard here
+      {"r/a/c/ancestor-or-self::*", "0|r=,a=,c=2"}, {"r/a/b/../d", "0|d=3"}, {"r/a/.", "0|a="},
+      {"r/a/./b", "0|b=1"}, {"r/a/self::a", "0|a="}, {"r/a/self::x", "0|"},
+      {"r/descendant::*", "0|a=,b=1,c=2,d=3,e=4"}, {"r/descendant::d", "0|d=3"},
+      {"r/descendant-or-self::*", "0|r=,a=,b=1,c=2,d=3,e=4"},
+      // The descendant axis also offers the text children.
+      {"r/a/b/descendant::*", "0|1="},
+      // No name test for the siblings the leaf receives.
+      {"r/a/c/following-sibling::x", "0|d=3"}, {"r/a/c/preceding-sibling::*", "0|b=1"},
+      // A longer path goes on from the parent of the siblings, not from them.
+      {"r/a/c/following-sibling::*/b", "0|b=1"}, {"r/a/d/preceding-sibling::x/c", "0|"},
+      {"r/a/c/ancestor::*/e", "0|e=4"}, {"r/a/c/following::*", "0|d=3,e=4"},
+      {"r/e/preceding::*", "0|a=,b=1,c=2,d=3"}, {"r/a/c/preceding::*", "0|b=1"},
+  });
   // A text or comment node that the descendant axis offers is not among its parent's
   // element children: all of them precede it, none follows it.
-  expectRows("<r><a>1</a><!--c--><b>2</b>t<c>3</c></r>",
-             {
-                 {"r/descendant::*/preceding-sibling::*", "0|a=1,b=2,c=3"},
-             });
-  expectRows("<r><!--c--><a>1</a></r>", {{"r/descendant::*/following-sibling::*", "0|"}});
+  // clang-format off
+  expectRows("<r><a>1</a><!--c--><b>2</b>t<c>3</c></r>", {
+      {"r/descendant::*/preceding-sibling::*", "0|a=1,b=2,c=3"},
+  });
+  expectRows("<r><!--c--><a>1</a></r>", {
+      {"r/descendant::*/following-sibling::*", "0|"},
+  });
+  // clang-format on
 }
 
 TEST(XPathTest, FollowingReachesOnlyTheTopmostBranches) {
   // From g the axis reaches g's own later sibling and the topmost element's later
   // branches, but not the later siblings of the ancestors in between (h).
+  // clang-format off
   expectRows("<r><a><f><g/><k/></f><h/></a><e/></r>", {
-                                                          {"r/a/f/g/following::*", "0|k=,e="},
-                                                          {"r/a/f/k/preceding::*", "0|g="},
-                                                      });
+      {"r/a/f/g/following::*", "0|k=,e="}, {"r/a/f/k/preceding::*", "0|g="},
+  });
+  // clang-format on
 }
 
 TEST(XPathTest, RootAndErrors) {
@@ -163,15 +109,15 @@ TEST(XPathTest, RootAndErrors) {
   EXPECT_EQ(XPath(String("a/b"), context).getValues(items, nullptr), 0);
   EXPECT_TRUE(items.empty());
 
+  // clang-format off
   expectRows("<a><b>1</b></a>", {
-                                    {"[1]/a", "-15006|"},
-                                    {"//text()", "-15006|"},
-                                    {"a/b[1", "-15101|"},
-                                });
+      {"[1]/a", "-15006|"}, {"//text()", "-15006|"}, {"a/b[1", "-15101|"},
+  });
+  // clang-format on
 }
 
 TEST(XPathTest, DeepDocumentsStayWithinTheStack) {
-  std::unique_ptr<Node> pTree = parseXml(chain(2000));
+  std::unique_ptr<Node> pTree = parseXml(nested("<x>", "</x>", 2000, ""));
   ASSERT_NE(pTree, nullptr);
   XPathOutputElements items;
   OutputElementsGuard guard(items);
@@ -204,8 +150,8 @@ TEST(XPathTest, NestingPastTheBoundFails) {
   for (unsigned int step = 0; step < XPATH_MAX_STEP_NESTING; ++step) {
     path += "/.";
   }
-  EXPECT_EQ(evaluate(pTree.get(), path.c_str()),
+  EXPECT_EQ(TestRows::pathValues(pTree.get(), path, true),
             std::to_string(XML_PLUGIN_ERROR_XPATH_UNSUPPORTED_EXPRESSION) + "|");
   path.resize(path.size() - 4 * 2);
-  EXPECT_EQ(evaluate(pTree.get(), path.c_str()), "0|a=1");
+  EXPECT_EQ(TestRows::pathValues(pTree.get(), path, true), "0|a=1");
 }

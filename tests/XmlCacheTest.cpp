@@ -12,11 +12,11 @@
 #include <string>
 #include <vector>
 
+#include "TestTrace.h"
 #include "TestXml.h"
 #include "XmlFileParser.h"
 #include "XmlNodeSink.h"
 #include "XmlPluginConstants.h"
-#include "host/Trace.h"
 
 using namespace XmlPlugin;
 
@@ -166,31 +166,8 @@ TEST_F(XmlCacheTest, ParserReportsStatus) {
   EXPECT_NE(XmlFileParser(String("broken.xml"), sink).getStatus(), 0);
 }
 
-// Collects the records of the plug-in's trace component while it lives.
-class TraceCollector {
- public:
-  TraceCollector() : m_PreviousLevel(Tracer::getInstance(TRACE_COMPONENT).getLevel()) {
-    Tracer::setLevel(3);
-    Tracer::setListener([this](const TraceRecord& i_Record) {
-      if (i_Record.component == TRACE_COMPONENT) {
-        m_Records.push_back(std::to_string(i_Record.level) + " " + i_Record.function + ": " +
-                            String(i_Record.text).toNarrow());
-      }
-    });
-  }
-  ~TraceCollector() {
-    Tracer::setListener(Tracer::Listener());
-    Tracer::setLevel(m_PreviousLevel);
-  }
-
-  std::vector<std::string> m_Records;
-
- private:
-  int m_PreviousLevel;
-};
-
 TEST_F(XmlCacheTest, SinkTracesTheReaderMessages) {
-  TraceCollector collector;
+  TraceCollector collector(3);
   XmlNodeSink sink;
   EXPECT_EQ(sink.onWarning(String("odd"), 3), 0);
   EXPECT_EQ(sink.onError(String("bad"), 4), 0);
@@ -201,26 +178,26 @@ TEST_F(XmlCacheTest, SinkTracesTheReaderMessages) {
       "1 XmlNodeSink::onCriticalError: Critical error parsing XML file at line 5 message is: "
       "fatal",
   };
-  EXPECT_EQ(collector.m_Records, expected);
+  EXPECT_EQ(collector.lines(), expected);
 }
 
 TEST_F(XmlCacheTest, BrokenFileIsTracedWithItsLine) {
   write("broken.xml", "<a>\n<b>\n</a>");
-  TraceCollector collector;
+  TraceCollector collector(3);
   EXPECT_EQ(rootOf("broken.xml"), "-15103");
-  ASSERT_FALSE(collector.m_Records.empty());
-  EXPECT_NE(collector.m_Records.front().find("rror parsing XML file at line 3 message is: "),
+  ASSERT_FALSE(collector.lines().empty());
+  EXPECT_NE(collector.lines().front().find("rror parsing XML file at line 3 message is: "),
             std::string::npos)
-      << collector.m_Records.front();
+      << collector.lines().front();
 }
 
 TEST_F(XmlCacheTest, LoadIsTracedWithTheTreeSize) {
   write("s.xml", "<a><b>t</b><c/></a>");
-  TraceCollector collector;
+  TraceCollector collector(3);
   EXPECT_EQ(rootOf("s.xml"), "a");
   const std::string prefix = "3 XmlCache::getXmlTree: Loaded the XML file s.xml: " +
                              std::to_string(XmlCache::get()->getHeldBytes()) + " bytes, 4 nodes";
-  EXPECT_EQ(collector.m_Records, std::vector<std::string>{prefix});
+  EXPECT_EQ(collector.lines(), std::vector<std::string>{prefix});
 }
 
 TEST_F(XmlCacheTest, BudgetKeepsTheHeldBytesWithinIt) {
@@ -250,15 +227,15 @@ TEST_F(XmlCacheTest, BudgetEvictsTheLeastRecentlyUsedTree) {
   rootOf("a.xml");
   rootOf("b.xml");
   rootOf("a.xml");
-  TraceCollector collector;
+  TraceCollector collector(3);
   EXPECT_EQ(rootOf("c.xml"), "c");
   EXPECT_EQ(rootOf("a.xml"), "a");  // still held
-  ASSERT_EQ(collector.m_Records.size(), 2u);
-  EXPECT_EQ(collector.m_Records[1].find("3 XmlCache::getXmlTree: Evicted the tree of the XML file "
-                                        "b.xml ("),
+  ASSERT_EQ(collector.lines().size(), 2u);
+  EXPECT_EQ(collector.lines()[1].find("3 XmlCache::getXmlTree: Evicted the tree of the XML file "
+                                      "b.xml ("),
             0u)
-      << collector.m_Records[1];
-  EXPECT_NE(collector.m_Records[1].find(" bytes) to stay within 10240 bytes"), std::string::npos);
+      << collector.lines()[1];
+  EXPECT_NE(collector.lines()[1].find(" bytes) to stay within 10240 bytes"), std::string::npos);
   // An evicted file is read anew.
   write("b.xml", "<b2/>");
   EXPECT_EQ(rootOf("b.xml"), "b2");
@@ -271,24 +248,24 @@ TEST_F(XmlCacheTest, TreeLargerThanTheBudgetIsAnsweredThenEvictedFirst) {
   budget("0.009765625");
   EXPECT_EQ(rootOf("big.xml"), "big");
   EXPECT_EQ(XmlCache::get()->getTreeCount(), 1u);
-  TraceCollector collector;
+  TraceCollector collector(3);
   EXPECT_EQ(rootOf("a.xml"), "a");
-  ASSERT_EQ(collector.m_Records.size(), 2u);
-  EXPECT_EQ(collector.m_Records[1].find("3 XmlCache::getXmlTree: Evicted the tree of the XML file "
-                                        "big.xml ("),
+  ASSERT_EQ(collector.lines().size(), 2u);
+  EXPECT_EQ(collector.lines()[1].find("3 XmlCache::getXmlTree: Evicted the tree of the XML file "
+                                      "big.xml ("),
             0u)
-      << collector.m_Records[1];
+      << collector.lines()[1];
   EXPECT_EQ(rootOf("b.xml"), "b");
   EXPECT_EQ(XmlCache::get()->getTreeCount(), 2u);
 }
 
 TEST_F(XmlCacheTest, BudgetThatIsNotANumberBoundsNothing) {
-  TraceCollector collector;
+  TraceCollector collector(3);
   budget("lots");
   write("a.xml", "<a/>");
   EXPECT_EQ(rootOf("a.xml"), "a");
-  ASSERT_FALSE(collector.m_Records.empty());
-  EXPECT_EQ(collector.m_Records[0],
+  ASSERT_FALSE(collector.lines().empty());
+  EXPECT_EQ(collector.lines()[0],
             "1 XmlCache::XmlCache: XMLPLUGIN_CACHE_MAX_MB is not a number of MiB: [lots]; the "
             "cache is not bounded");
 }
