@@ -20,15 +20,10 @@
 #include "PluginTracer.h"
 #include "XmlPluginConstants.h"
 #include "host/Trace.h"
-#include "host/WideChar.h"
 
 namespace XmlPlugin {
 
 namespace {
-
-struct WideBufferFree {
-  void operator()(wchar_t* i_pBuffer) const { i_free(i_pBuffer); }
-};
 
 [[gnu::noinline]] void traceNoChildren(const XPathStep& i_Step) {
   Trace trace(pluginTracer(), "XPath::evaluateStep");
@@ -89,9 +84,15 @@ size_t XPath::StepCallHash::operator()(const StepCall& i_Call) const {
 }
 
 XPath::XPath(const String& i_XPath, XPathEvaluationContext& io_Context)
-    : m_XPath(i_XPath), m_Context(io_Context) {
+    : m_pOwnedPath(new XPathCompiledPath(i_XPath)), m_Path(*m_pOwnedPath), m_Context(io_Context) {
   Trace trace(pluginTracer(), "XPath::XPath");
-  HOST_TRACE(trace, 3) << "XPath query = " << m_XPath;
+  HOST_TRACE(trace, 3) << "XPath query = " << i_XPath;
+}
+
+XPath::XPath(const XPathCompiledPath& i_Path, long i_Anchor, XPathEvaluationContext& io_Context)
+    : m_Path(i_Path), m_Anchor(i_Anchor), m_Context(io_Context) {
+  Trace trace(pluginTracer(), "XPath::XPath");
+  HOST_TRACE(trace, 3) << "XPath query = " << m_Path.getText(m_Anchor);
 }
 
 XPath::~XPath() {}
@@ -99,37 +100,14 @@ XPath::~XPath() {}
 TErrorCode XPath::splitXPath() {
   Trace trace(pluginTracer(), "XPath::splitXPath");
   HOST_TRACE(trace, 3) << " XPath::splitXPath()";
-  std::unique_ptr<wchar_t, WideBufferFree> pBuffer(i_wcsdup(m_XPath.c_str()));
-  if (!pBuffer) {
-    return XPATH_SPLIT_ERROR;
-  }
-  wchar_t* pState = nullptr;
-  for (const wchar_t* pPiece = i_wcstok(pBuffer.get(), L"|", &pState); pPiece != nullptr;
-       pPiece = i_wcstok(nullptr, L"|", &pState)) {
-    String path(pPiece);
-    path.trim();
-    if (path.startsWith(String(L"/")) && path.charAt(1) != L'/') {
-      path = path.substring(1);
-    }
-    const bool deep = path.startsWith(String(L"//"));
-    if (deep) {
-      path = path.substring(2);
-    }
-    if (!path.endsWith(String(L"text()")) && !endsWithAttribute(path)) {
-      path.concat(L"/endfunction()");
-    }
-    const unsigned int stepCount = m_XPathParser.getStepCount(path);
+  for (unsigned int stepCount : m_Path.getStepCounts()) {
     HOST_TRACE(trace, 3) << " m_XPathParser.getStepCount = " << stepCount;
-    m_StepCounts.push_back(stepCount);
-    m_XPaths.push_back(deep ? String(L"//").concat(path) : path);
   }
-  return m_XPaths.size() == m_StepCounts.size() ? 0 : XPATH_SPLIT_ERROR;
+  return m_Path.getStatus();
 }
 
-bool XPath::endsWithAttribute(const String& i_Path) {
-  std::unique_ptr<XPathStep> pLast;
-  m_XPathParser.getStep(i_Path, m_XPathParser.getStepCount(i_Path), pLast);
-  return pLast && pLast->getAxis() == attribute;
+bool XPath::endsWithAttribute(const String& i_Path) const {
+  return XPathCompiledPath::endsWithAttribute(i_Path);
 }
 
 TErrorCode XPath::getValues(XPathOutputElements& o_Output, Node* i_Root) {
@@ -143,11 +121,13 @@ TErrorCode XPath::getValues(XPathOutputElements& o_Output, Node* i_Root) {
     HOST_TRACE(trace, 2) << "No nodes available for the XML file ";
     return 0;
   }
-  HOST_TRACE(trace, 3) << "Evaluating the xpath [" << m_XPath << "] for the XML file ";
+  HOST_TRACE(trace, 3) << "Evaluating the xpath [" << m_Path.getText(m_Anchor)
+                       << "] for the XML file ";
   deleteOutputElements(o_Output);
   {
+    const XPathEvaluationContext::Anchor anchor(m_Context, m_Anchor);
     XPathOutputCollector collector(o_Output);
-    while (result == 0 && m_CurrentXPath < m_XPaths.size()) {
+    while (result == 0 && m_CurrentXPath < getPaths().size()) {
       result = evaluatePath(i_Root, collector);
       ++m_CurrentXPath;
     }
@@ -164,11 +144,9 @@ TErrorCode XPath::getValues(XPathOutputElements& o_Output, Node* i_Root) {
 }
 
 TErrorCode XPath::evaluatePath(Node* i_Root, XPathOutputCollector& io_Output) {
-  m_Tokens = m_XPathParser.getTokens(m_XPaths[m_CurrentXPath]);
-  m_Steps.clear();
   m_StepResults.clear();
   m_LeafResults.clear();
-  m_FirstRepeatedStep = firstStepReachingAgain();
+  m_FirstRepeatedStep = m_Path.firstStepReachingAgain(m_CurrentXPath);
   const XPathStep* pFirst = getStep(0);
   if (pFirst == nullptr) {
     // Deliberately this code, whatever stopped the first step from being built.
@@ -180,32 +158,16 @@ TErrorCode XPath::evaluatePath(Node* i_Root, XPathOutputCollector& io_Output) {
 }
 
 const XPathStep* XPath::getStep(unsigned int i_Index, TErrorCode* o_pResult) {
-  if (i_Index >= m_Steps.size()) {
-    m_Steps.resize(i_Index + 1);
-  }
-  BuiltStep& built = m_Steps[i_Index];
-  if (!built.m_Built) {
-    built.m_Result = XPathParser::getStep(m_Tokens, i_Index, built.m_Step);
-    built.m_Built = true;
-  }
+  TErrorCode result = 0;
+  const XPathStep* pStep = m_Path.getStep(m_CurrentXPath, i_Index, result);
   if (o_pResult != nullptr) {
-    *o_pResult = built.m_Result;
+    *o_pResult = result;
   }
-  return built.m_Step.get();
-}
-
-unsigned int XPath::firstStepReachingAgain() {
-  for (unsigned int index = 1; index < m_Tokens.size(); ++index) {
-    const XPathStep* pStep = getStep(index);
-    if (pStep != nullptr && pStep->getAxis() != child && pStep->getAxis() != attribute) {
-      return index;
-    }
-  }
-  return 0;
+  return pStep;
 }
 
 unsigned int XPath::maxPosition() const {
-  return m_StepCounts[m_CurrentXPath];
+  return getStepCounts()[m_CurrentXPath];
 }
 
 TErrorCode XPath::evaluateStep(MarkedNode i_Node, unsigned int i_StepPosition,
@@ -352,7 +314,7 @@ TErrorCode XPath::evaluateLeafNode(Node* i_Node, const XPathStep& i_Leaf,
 
 TErrorCode XPath::evaluateChildren(Node* i_Node, const XPathStep& i_Step, const XPathStep* i_pNext,
                                    unsigned int i_Position, XPathOutputCollector& io_Output) {
-  if (i_pNext != nullptr && i_pNext->getAnchoredPosition() > 0) {
+  if (i_pNext != nullptr && i_pNext->getAnchoredPosition(m_Context) > 0) {
     return evaluateAnchoredChild(i_Node, i_Step, *i_pNext, i_Position, io_Output);
   }
   std::list<Node*> children;
@@ -380,7 +342,7 @@ TErrorCode XPath::evaluateAnchoredChild(Node* i_Node, const XPathStep& i_Step,
                                         XPathOutputCollector& io_Output) {
   Node* pChild = nullptr;
   const TErrorCode result =
-      m_Context.nthChild(i_Node, i_Next, i_Next.getAnchoredPosition(), pChild);
+      m_Context.nthChild(i_Node, i_Next, i_Next.getAnchoredPosition(m_Context), pChild);
   if (result != 0) {
     traceNoChildren(i_Step);
     return result;

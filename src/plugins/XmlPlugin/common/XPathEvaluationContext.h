@@ -89,6 +89,24 @@ class XPathEvaluationContext {
     XPathEvaluationContext& m_Context;
   };
 
+  // The position of the anchored step of the path under evaluation, while the guard lives
+  // (a path evaluated inside it sets its own and gives this one back).
+  class Anchor {
+   public:
+    Anchor(XPathEvaluationContext& io_Context, long i_Position)
+        : m_Context(io_Context), m_Outer(io_Context.m_Anchor) {
+      m_Context.m_Anchor = i_Position;
+    }
+    ~Anchor() { m_Context.m_Anchor = m_Outer; }
+    Anchor(const Anchor&) = delete;
+    Anchor& operator=(const Anchor&) = delete;
+
+   private:
+    XPathEvaluationContext& m_Context;
+    long m_Outer;
+  };
+  long getAnchor() const { return m_Anchor; }
+
   // The 1-based place of i_pNode in i_Siblings, 0 when it is not there; constant time for
   // the candidate being judged.
   long positionAmong(const std::list<Node*>& i_Siblings, const Node* i_pNode);
@@ -120,6 +138,7 @@ class XPathEvaluationContext {
   unsigned long m_Work = 0;
   unsigned int m_Nesting = 0;
   bool m_Refused = false;
+  long m_Anchor = 0;
   std::vector<CandidatePlace> m_Candidates;  // innermost last
 
   typedef std::pair<const Node*, String> ChildKey;

@@ -246,8 +246,8 @@ TErrorCode XPathStep::filterNodes(std::list<Node*>& io_Nodes,
   return 0;
 }
 
-long XPathStep::getAnchoredPosition() const {
-  return m_Predicates.size() == 1 ? m_Predicates.front()->getAnchoredPosition() : 0;
+long XPathStep::getAnchoredPosition(const XPathEvaluationContext& i_Context) const {
+  return m_Predicates.size() == 1 ? m_Predicates.front()->getAnchoredPosition(i_Context) : 0;
 }
 
 TErrorCode XPathStep::markFilteredNodes(const std::list<Node*>& i_Nodes,

@@ -120,8 +120,9 @@ class XPathStep {
                                XPathEvaluationContext& io_Context) const;
 
   // N when the step's one predicate is "[position()=N]", blanks allowed (it selects the N-th
-  // candidate that passes the name test); 0 otherwise.
-  long getAnchoredPosition() const;
+  // candidate that passes the name test); 0 otherwise. An anchor mark for N reads the
+  // position from i_Context.
+  long getAnchoredPosition(const XPathEvaluationContext& i_Context) const;
 
   const String& getName() const { return m_Name; }
   StepType getStepType() const { return m_StepType; }
