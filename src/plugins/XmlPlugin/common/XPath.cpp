@@ -499,7 +499,7 @@ int XPath::prevPredicateCheck(unsigned int i_StepPosition, MarkedNode i_Node) {
 
 int XPath::isParentNodeMarked(MarkedNode i_Node) const {
   const Node* pParent = i_Node.m_Node->getParent();
-  return pParent != nullptr && m_MarkedNodes.count(pParent) != 0 ? 1 : 0;
+  return pParent != nullptr && m_MarkedNodes.contains(pParent) ? 1 : 0;
 }
 
 }  // namespace XmlPlugin

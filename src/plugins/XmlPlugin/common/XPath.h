@@ -3,12 +3,12 @@
 
 #include <memory>
 #include <unordered_map>
-#include <unordered_set>
 #include <utility>
 #include <vector>
 
 #include "XPathCompiledPath.h"
 #include "XPathEvaluationContext.h"
+#include "XPathFlatSet.h"
 #include "XPathOutputElement.h"
 #include "XPathStep.h"
 #include "host/Node.h"
@@ -106,7 +106,7 @@ class XPath {
   long m_Anchor = 0;
   unsigned int m_CurrentXPath = 0;
   // Every node that a predicate excluded while searching in depth; never emptied.
-  std::unordered_set<const Node*> m_MarkedNodes;
+  XPathFlatSet<const Node*> m_MarkedNodes;
   XPathEvaluationContext& m_Context;
 
   // What the current path evaluated already, kept when its axes may reach a node again:

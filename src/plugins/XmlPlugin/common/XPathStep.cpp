@@ -77,7 +77,7 @@ size_t hashText(const String& i_Text) {
 }
 
 void XPathOutputCollector::add(std::unique_ptr<XPathOutputElement> i_pItem) {
-  if (m_Numbers.insert(i_pItem->m_Index).second) {
+  if (m_Numbers.insert(i_pItem->m_Index)) {
     m_Items.push_back(i_pItem.get());
     i_pItem.release();
   }
@@ -264,9 +264,14 @@ TErrorCode XPathStep::markFilteredNodes(const std::list<Node*>& i_Nodes,
   }
   std::list<Node*> passed(i_Nodes);
   const TErrorCode result = filterNodes(passed, io_Context);
-  const std::unordered_set<const Node*> passing(passed.begin(), passed.end());
+  // Filtering keeps the order, so the passing nodes are met in step with the candidates.
+  std::list<Node*>::const_iterator next = passed.begin();
   for (Node* pNode : i_Nodes) {
-    o_Marked.push_back(MarkedNode{pNode, passing.count(pNode) == 0});
+    const bool passes = next != passed.end() && *next == pNode;
+    if (passes) {
+      ++next;
+    }
+    o_Marked.push_back(MarkedNode{pNode, !passes});
   }
   return result;
 }

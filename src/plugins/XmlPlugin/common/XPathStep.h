@@ -5,10 +5,10 @@
 #include <cstdint>
 #include <list>
 #include <memory>
-#include <unordered_set>
 #include <utility>
 #include <vector>
 
+#include "XPathFlatSet.h"
 #include "XPathOutputElement.h"
 #include "host/Node.h"
 #include "host/String.h"
@@ -67,7 +67,7 @@ class XPathOutputCollector {
 
  private:
   XPathOutputElements& m_Items;
-  std::unordered_set<int32_t> m_Numbers;
+  XPathFlatSet<int32_t> m_Numbers;
 };
 
 // One step of a location path. A step is immutable once built, so one object serves every

@@ -1,0 +1,89 @@
+// A set of node pointers or document numbers in one open-addressed table.
+//
+// Evaluation keeps such sets per path (nodes a predicate excluded, numbers already output),
+// and a predicate evaluates a path per candidate: std::unordered_set's allocation per element
+// and per rehash was a fifth of a predicate query. This table allocates nothing while empty
+// and one array as it doubles; its memory goes with it.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <vector>
+
+namespace XmlPlugin {
+
+template <typename T>
+class XPathFlatSet {
+ public:
+  // True when the value was not there yet.
+  bool insert(T i_Value) {
+    if ((m_Size + 1) * 4 > m_Slots.size() * 3) {
+      grow();
+    }
+    const bool added = place(m_Slots, i_Value);
+    m_Size += added ? 1 : 0;
+    return added;
+  }
+
+  bool contains(T i_Value) const {
+    if (m_Size == 0) {
+      return false;
+    }
+    const size_t mask = m_Slots.size() - 1;
+    for (size_t slot = hash(i_Value) & mask;; slot = (slot + 1) & mask) {
+      if (!m_Slots[slot].m_Used) {
+        return false;
+      }
+      if (m_Slots[slot].m_Value == i_Value) {
+        return true;
+      }
+    }
+  }
+
+  size_t size() const { return m_Size; }
+
+ private:
+  struct Slot {
+    T m_Value;
+    bool m_Used;
+  };
+
+  static size_t hash(T i_Value) {
+    // Fibonacci hashing spreads pointers (aligned) and consecutive numbers alike.
+    const uint64_t key = static_cast<uint64_t>(toKey(i_Value));
+    return static_cast<size_t>((key * 0x9E3779B97F4A7C15ull) >> 17);
+  }
+  template <typename U>
+  static uintptr_t toKey(U* i_pValue) {
+    return reinterpret_cast<uintptr_t>(i_pValue);
+  }
+  static uint64_t toKey(int32_t i_Value) { return static_cast<uint32_t>(i_Value); }
+
+  static bool place(std::vector<Slot>& io_Slots, T i_Value) {
+    const size_t mask = io_Slots.size() - 1;
+    for (size_t slot = hash(i_Value) & mask;; slot = (slot + 1) & mask) {
+      if (!io_Slots[slot].m_Used) {
+        io_Slots[slot] = Slot{i_Value, true};
+        return true;
+      }
+      if (io_Slots[slot].m_Value == i_Value) {
+        return false;
+      }
+    }
+  }
+
+  void grow() {
+    std::vector<Slot> slots(m_Slots.empty() ? 16 : m_Slots.size() * 2, Slot{T(), false});
+    for (const Slot& slot : m_Slots) {
+      if (slot.m_Used) {
+        place(slots, slot.m_Value);
+      }
+    }
+    m_Slots.swap(slots);
+  }
+
+  std::vector<Slot> m_Slots;  // a power of two long, at most three quarters used
+  size_t m_Size = 0;
+};
+
+}  // namespace XmlPlugin
