@@ -56,6 +56,21 @@ bool visitSiblings(XPathEvaluationContext& io_Context, const Node* i_pParent, co
   return place < pChildren->size();
 }
 
+// The element children of a node in document order, none of them marked.
+TErrorCode unmarkedChildren(const Node* i_pNode, std::vector<MarkedNode>& o_Children) {
+  const NodeList* pChildren = nullptr;
+  const TErrorCode result = i_pNode->getChildren(&pChildren);
+  if (result != 0 || pChildren == nullptr) {
+    return result;
+  }
+  for (Node* pChild : *pChildren) {
+    if (pChild->getType() == ElementNode) {
+      o_Children.push_back(MarkedNode{pChild, false});
+    }
+  }
+  return 0;
+}
+
 bool outputsAfterMatch(StepAxis i_Axis, bool i_absoluteDeepSearch) {
   switch (i_Axis) {
     case child:
@@ -317,8 +332,8 @@ TErrorCode XPath::evaluateChildren(Node* i_Node, const XPathStep& i_Step, const 
   if (i_pNext != nullptr && i_pNext->getAnchoredPosition(m_Context) > 0) {
     return evaluateAnchoredChild(i_Node, i_Step, *i_pNext, i_Position, io_Output);
   }
-  std::list<Node*> children;
-  TErrorCode result = XPathStep::getChildrenXmlNodes(i_Node, children);
+  std::vector<MarkedNode> children;
+  TErrorCode result = unmarkedChildren(i_Node, children);
   if (result != 0) {
     traceNoChildren(i_Step);
     return result;
@@ -326,14 +341,26 @@ TErrorCode XPath::evaluateChildren(Node* i_Node, const XPathStep& i_Step, const 
   if (!m_Context.admit(children.size())) {
     return XML_PLUGIN_ERROR_XPATH_UNSUPPORTED_EXPRESSION;
   }
-  if (i_pNext != nullptr) {
-    i_pNext->filterNodes(children, m_Context);
+  if (i_pNext != nullptr && !i_pNext->getPredicates().empty()) {
+    keepPassing(*i_pNext, children);
   }
-  for (std::list<Node*>::const_iterator it = children.begin(); it != children.end() && result == 0;
-       ++it) {
-    result = evaluateStep(MarkedNode{*it, false}, i_Position + 1, io_Output, false);
+  for (size_t i = 0; i < children.size() && result == 0; ++i) {
+    result = evaluateStep(children[i], i_Position + 1, io_Output, false);
   }
   return result;
+}
+
+// Filtering wants a list; only steps with predicates filter.
+void XPath::keepPassing(const XPathStep& i_Step, std::vector<MarkedNode>& io_Children) {
+  std::list<Node*> passing;
+  for (const MarkedNode& child : io_Children) {
+    passing.push_back(child.m_Node);
+  }
+  i_Step.filterNodes(passing, m_Context);
+  io_Children.clear();
+  for (Node* pChild : passing) {
+    io_Children.push_back(MarkedNode{pChild, false});
+  }
 }
 
 // The same outcome as the general child walk, whose filtering keeps just that one child.
@@ -354,14 +381,23 @@ TErrorCode XPath::evaluateAnchoredChild(Node* i_Node, const XPathStep& i_Step,
 
 TErrorCode XPath::searchInDepth(Node* i_Node, const XPathStep& i_Step, unsigned int i_Position,
                                 XPathOutputCollector& io_Output, bool i_absoluteDeepSearch) {
-  std::list<Node*> children;
-  XPathStep::getChildrenXmlNodes(i_Node, children);
-  if (!m_Context.admit(children.size())) {
-    return XML_PLUGIN_ERROR_XPATH_UNSUPPORTED_EXPRESSION;
-  }
   std::vector<MarkedNode> marked;
-  TErrorCode result = i_Step.markFilteredNodes(children, marked, m_Context);
-  rememberMarked(marked);
+  TErrorCode result = 0;
+  if (i_Step.getPredicates().empty()) {
+    // Without predicates nothing is marked.
+    unmarkedChildren(i_Node, marked);
+    if (!m_Context.admit(marked.size())) {
+      return XML_PLUGIN_ERROR_XPATH_UNSUPPORTED_EXPRESSION;
+    }
+  } else {
+    std::list<Node*> children;
+    XPathStep::getChildrenXmlNodes(i_Node, children);
+    if (!m_Context.admit(children.size())) {
+      return XML_PLUGIN_ERROR_XPATH_UNSUPPORTED_EXPRESSION;
+    }
+    result = i_Step.markFilteredNodes(children, marked, m_Context);
+    rememberMarked(marked);
+  }
   for (size_t i = 0; i < marked.size() && result == 0; ++i) {
     result = evaluateStep(marked[i], i_Position, io_Output, i_absoluteDeepSearch);
   }

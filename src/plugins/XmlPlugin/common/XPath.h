@@ -76,6 +76,8 @@ class XPath {
                               XPathOutputCollector& io_Output);
   TErrorCode evaluateChildren(Node* i_Node, const XPathStep& i_Step, const XPathStep* i_pNext,
                               unsigned int i_Position, XPathOutputCollector& io_Output);
+  // Keeps the children that pass the step's name test and predicates.
+  void keepPassing(const XPathStep& i_Step, std::vector<MarkedNode>& io_Children);
   TErrorCode evaluateAnchoredChild(Node* i_Node, const XPathStep& i_Step, const XPathStep& i_Next,
                                    unsigned int i_Position, XPathOutputCollector& io_Output);
   TErrorCode searchInDepth(Node* i_Node, const XPathStep& i_Step, unsigned int i_Position,

@@ -17,6 +17,11 @@ class XPathFlatSet {
  public:
   // True when the value was not there yet.
   bool insert(T i_Value) {
+    if (i_Value == T()) {
+      const bool added = !m_HasEmptyValue;
+      m_HasEmptyValue = true;
+      return added;
+    }
     if ((m_Size + 1) * 4 > m_Slots.size() * 3) {
       grow();
     }
@@ -26,28 +31,22 @@ class XPathFlatSet {
   }
 
   bool contains(T i_Value) const {
+    if (i_Value == T()) {
+      return m_HasEmptyValue;
+    }
     if (m_Size == 0) {
       return false;
     }
     const size_t mask = m_Slots.size() - 1;
-    for (size_t slot = hash(i_Value) & mask;; slot = (slot + 1) & mask) {
-      if (!m_Slots[slot].m_Used) {
-        return false;
-      }
-      if (m_Slots[slot].m_Value == i_Value) {
+    for (size_t slot = hash(i_Value) & mask; m_Slots[slot] != T(); slot = (slot + 1) & mask) {
+      if (m_Slots[slot] == i_Value) {
         return true;
       }
     }
+    return false;
   }
 
-  size_t size() const { return m_Size; }
-
  private:
-  struct Slot {
-    T m_Value;
-    bool m_Used;
-  };
-
   static size_t hash(T i_Value) {
     // Fibonacci hashing spreads pointers (aligned) and consecutive numbers alike.
     const uint64_t key = static_cast<uint64_t>(toKey(i_Value));
@@ -59,31 +58,33 @@ class XPathFlatSet {
   }
   static uint64_t toKey(int32_t i_Value) { return static_cast<uint32_t>(i_Value); }
 
-  static bool place(std::vector<Slot>& io_Slots, T i_Value) {
+  // i_Value is not T(), which marks a free slot.
+  static bool place(std::vector<T>& io_Slots, T i_Value) {
     const size_t mask = io_Slots.size() - 1;
     for (size_t slot = hash(i_Value) & mask;; slot = (slot + 1) & mask) {
-      if (!io_Slots[slot].m_Used) {
-        io_Slots[slot] = Slot{i_Value, true};
+      if (io_Slots[slot] == T()) {
+        io_Slots[slot] = i_Value;
         return true;
       }
-      if (io_Slots[slot].m_Value == i_Value) {
+      if (io_Slots[slot] == i_Value) {
         return false;
       }
     }
   }
 
   void grow() {
-    std::vector<Slot> slots(m_Slots.empty() ? 16 : m_Slots.size() * 2, Slot{T(), false});
-    for (const Slot& slot : m_Slots) {
-      if (slot.m_Used) {
-        place(slots, slot.m_Value);
+    std::vector<T> slots(m_Slots.empty() ? 16 : m_Slots.size() * 2, T());
+    for (T value : m_Slots) {
+      if (value != T()) {
+        place(slots, value);
       }
     }
     m_Slots.swap(slots);
   }
 
-  std::vector<Slot> m_Slots;  // a power of two long, at most three quarters used
-  size_t m_Size = 0;
+  std::vector<T> m_Slots;        // a power of two long, at most three quarters used; T() is free
+  size_t m_Size = 0;             // the values in m_Slots
+  bool m_HasEmptyValue = false;  // whether T() itself is in the set
 };
 
 }  // namespace XmlPlugin
