@@ -128,7 +128,6 @@ TErrorCode XPathPredicate::keepMatching(std::list<Node*>& io_Nodes,
   const String text = condition(io_Context);
   const XPathExpressionCache::Lease parser = XPathExpressionCache::get()->acquire(text);
   const unsigned long cost = XPATH_PREDICATE_EVALUATION_COST +
-                             text.length() / XPATH_PREDICATE_CHARACTERS_PER_COST +
                              parser->getExpressionsVector().size() * XPATH_PREDICATE_ITEM_COST;
   for (Node* pCandidate : io_Nodes) {
     if (pCandidate->m_Name != prevNodeName) {
