@@ -4,11 +4,11 @@
 
 #include <gtest/gtest.h>
 
-#include <fstream>
 #include <string>
 #include <vector>
 
 #include "EngineAnswer.h"
+#include "TestXml.h"
 #include "XPathExpressionCache.h"
 #include "XmlCache.h"
 #include "host/Trace.h"
@@ -16,12 +16,6 @@
 using namespace XmlPlugin;
 
 namespace {
-
-std::string writeFile(const std::string& i_Name, const std::string& i_Xml) {
-  const std::string path = testing::TempDir() + i_Name;
-  std::ofstream(path) << i_Xml;
-  return path;
-}
 
 class CompiledPathTest : public testing::Test {
  protected:
@@ -42,7 +36,7 @@ const char* const MIXED =
 }  // namespace
 
 TEST_F(CompiledPathTest, RelativePathsInPredicatesAnswerPerCandidate) {
-  const std::string file = writeFile("compiled_mixed.xml", MIXED);
+  const TestXml::TempFile file(MIXED);
   const struct {
     const char* m_XPath;
     const char* m_Expected;
@@ -63,7 +57,7 @@ TEST_F(CompiledPathTest, RelativePathsInPredicatesAnswerPerCandidate) {
   };
   for (int round = 0; round < 2; ++round) {
     for (const auto& row : rows) {
-      EXPECT_EQ(engineAnswer(row.m_XPath, file), row.m_Expected) << row.m_XPath;
+      EXPECT_EQ(engineAnswer(row.m_XPath, file.path()), row.m_Expected) << row.m_XPath;
     }
   }
 }
@@ -79,21 +73,21 @@ TEST_F(CompiledPathTest, ManyCandidateNamesKeepTheirOwnAnchors) {
       expected += (expected.size() > 2 ? "," : "") + tag;
     }
   }
-  const std::string file = writeFile("compiled_names.xml", xml + "</r>");
-  EXPECT_EQ(engineAnswer("/r/*[@k = 1]", file), expected);
-  EXPECT_EQ(engineAnswer("/r/*[@k = 1]", file), expected);
+  const TestXml::TempFile file(xml + "</r>");
+  EXPECT_EQ(engineAnswer("/r/*[@k = 1]", file.path()), expected);
+  EXPECT_EQ(engineAnswer("/r/*[@k = 1]", file.path()), expected);
 }
 
 TEST_F(CompiledPathTest, AnOperandOutlivesTheDocumentItWasAnchoredIn) {
-  const std::string first = writeFile("compiled_first.xml", MIXED);
-  EXPECT_EQ(engineAnswer("//b[@id='4']", first), "0:w");
+  const TestXml::TempFile first(MIXED);
+  EXPECT_EQ(engineAnswer("//b[@id='4']", first.path()), "0:w");
   XmlCache::cleanup();
-  const std::string second = writeFile("compiled_second.xml", "<r><d><b id='4'>q</b></d></r>");
-  EXPECT_EQ(engineAnswer("//b[@id='4']", second), "0:q");
+  const TestXml::TempFile second("<r><d><b id='4'>q</b></d></r>");
+  EXPECT_EQ(engineAnswer("//b[@id='4']", second.path()), "0:q");
 }
 
 TEST_F(CompiledPathTest, TracesShowThePathAsAnchoredForTheCandidate) {
-  const std::string file = writeFile("compiled_traced.xml", MIXED);
+  const TestXml::TempFile file(MIXED);
   std::vector<std::wstring> queries;
   Tracer::setLevel(3);
   Tracer::setListener([&queries](const TraceRecord& i_Record) {
@@ -101,7 +95,7 @@ TEST_F(CompiledPathTest, TracesShowThePathAsAnchoredForTheCandidate) {
       queries.push_back(i_Record.text);
     }
   });
-  EXPECT_EQ(engineAnswer("/r/a/b[@id = 3]", file), "0:z");
+  EXPECT_EQ(engineAnswer("/r/a/b[@id = 3]", file.path()), "0:z");
   Tracer::setListener(Tracer::Listener());
   const std::vector<std::wstring> expected = {L"XPath query = /r/a/b[@id = 3]",
                                               L"XPath query = a/b[position()=1]/@id",
