@@ -88,7 +88,8 @@ XPathStep::XPathStep(StepType i_StepType, const String& i_Name, StepAxis i_Axis,
     : m_Predicates(std::move(i_Predicates)),
       m_Name(i_Name),
       m_StepType(i_StepType),
-      m_Axis(i_Axis) {
+      m_Axis(i_Axis),
+      m_AnyName(i_Name.compareTo(L"*") == 0 || i_Name.compareTo(L"node()") == 0) {
   for (size_t index = 0; index < m_Predicates.size(); ++index) {
     if (!m_Predicates[index]->hasCondition()) {
       m_LastPredicateWithoutText = static_cast<long>(index);
@@ -221,9 +222,7 @@ TErrorCode XPathStep::evaluateNode(Node*, XPathOutputCollector&, XPathEvaluation
 }
 
 int XPathStep::stepMatching(const Node* i_Node) const {
-  return m_Name == i_Node->m_Name || m_Name.compareTo(L"*") == 0 || m_Name.compareTo(L"node()") == 0
-             ? 1
-             : 0;
+  return m_AnyName || m_Name == i_Node->m_Name ? 1 : 0;
 }
 
 TErrorCode XPathStep::filterNodes(std::list<Node*>& io_Nodes,

@@ -142,6 +142,7 @@ class XPathStep {
   StepType m_StepType;
   StepAxis m_Axis;
   bool m_AbsoluteDeepSearch = false;
+  bool m_AnyName;                        // "*" or "node()": every node passes the name test
   long m_LastPredicateWithoutText = -1;  // the index of the last "[]", -1 without one
 };
 
