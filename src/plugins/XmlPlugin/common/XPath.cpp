@@ -63,6 +63,10 @@ TErrorCode unmarkedChildren(const Node* i_pNode, std::vector<MarkedNode>& o_Chil
   if (result != 0 || pChildren == nullptr) {
     return result;
   }
+  // One allocation rather than doublings; a lone child is often text and needs none.
+  if (pChildren->size() > 1) {
+    o_Children.reserve(o_Children.size() + pChildren->size());
+  }
   for (Node* pChild : *pChildren) {
     if (pChild->getType() == ElementNode) {
       o_Children.push_back(MarkedNode{pChild, false});
