@@ -155,7 +155,9 @@ TErrorCode XPath::getValues(XPathOutputElements& o_Output, Node* i_Root) {
     result = XML_PLUGIN_ERROR_XPATH_UNSUPPORTED_EXPRESSION;
   }
   // The collector kept one item per number: the first made.
-  std::sort(o_Output.begin(), o_Output.end(), cmp());
+  if (!std::is_sorted(o_Output.begin(), o_Output.end(), cmp())) {
+    std::sort(o_Output.begin(), o_Output.end(), cmp());
+  }
   if (result != 0) {
     deleteOutputElements(o_Output);
   }

@@ -68,8 +68,23 @@ const AxisName AXIS_NAMES[] = {
 
 XPathOutputCollector::XPathOutputCollector(XPathOutputElements& io_Items) : m_Items(io_Items) {
   for (const XPathOutputElement* pItem : m_Items) {
-    m_Numbers.insert(pItem->m_Index);
+    keepNumber(pItem->m_Index);
   }
+}
+
+bool XPathOutputCollector::keepNumber(int32_t i_Number) {
+  if (m_InOrder && (!m_HasLast || i_Number > m_Last)) {
+    m_Last = i_Number;
+    m_HasLast = true;
+    return true;
+  }
+  if (m_InOrder) {
+    m_InOrder = false;
+    for (const XPathOutputElement* pItem : m_Items) {
+      m_Numbers.insert(pItem->m_Index);
+    }
+  }
+  return m_Numbers.insert(i_Number);
 }
 
 size_t hashText(const String& i_Text) {
@@ -77,7 +92,7 @@ size_t hashText(const String& i_Text) {
 }
 
 void XPathOutputCollector::add(std::unique_ptr<XPathOutputElement> i_pItem) {
-  if (m_Numbers.insert(i_pItem->m_Index)) {
+  if (keepNumber(i_pItem->m_Index)) {
     m_Items.push_back(i_pItem.get());
     i_pItem.release();
   }

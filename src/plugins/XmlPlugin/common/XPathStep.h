@@ -66,8 +66,15 @@ class XPathOutputCollector {
   const XPathOutputElements& items() const { return m_Items; }
 
  private:
+  // True when no item with the number was kept yet, which it then is. While numbers come in
+  // ascending order (document order, as most paths make them) no set is needed.
+  bool keepNumber(int32_t i_Number);
+
   XPathOutputElements& m_Items;
-  XPathFlatSet<int32_t> m_Numbers;
+  bool m_InOrder = true;  // every number so far above the one before
+  bool m_HasLast = false;
+  int32_t m_Last = 0;
+  XPathFlatSet<int32_t> m_Numbers;  // every number kept, once out of order
 };
 
 // One step of a location path. A step is immutable once built, so one object serves every
