@@ -108,6 +108,8 @@ TEST(CompiledPathSplitTest, AnchorMarkStandsForThePositionInTheText) {
   EXPECT_EQ(path.getStatus(), 0);
   EXPECT_EQ(path.getText(12), String(L"a/b[position()=12]/@id | c"));
   EXPECT_EQ(path.getPaths().size(), 2u);
+  const std::vector<String> steps = {String(L"a"), String(L"b[position()=\x01]"), String(L"@id")};
+  EXPECT_EQ(path.getTokens(0), steps);
   EXPECT_FALSE(path.isAbsolute());
   EXPECT_TRUE(XPathCompiledPath(String(L"/a/b")).isAbsolute());
   EXPECT_FALSE(XPathCompiledPath(String(L"//a/b")).isAbsolute());

@@ -50,8 +50,9 @@ TErrorCode XPathCompiledPath::split() {
 
 void XPathCompiledPath::build(const String& i_Path) {
   XPathParser parser;
-  const std::vector<String> tokens = parser.getTokens(i_Path);
   PreparedPath prepared;
+  prepared.m_Tokens = parser.getTokens(i_Path);
+  const std::vector<String>& tokens = prepared.m_Tokens;
   prepared.m_Steps.resize(tokens.size());
   for (unsigned int index = 0; index < tokens.size(); ++index) {
     BuiltStep& built = prepared.m_Steps[index];

@@ -43,6 +43,8 @@ class XPathCompiledPath {
   // Per prepared path: the index of its leaf step.
   const std::vector<unsigned int>& getStepCounts() const { return m_StepCounts; }
 
+  // The step texts of path i_Path, in order (the anchor mark left in place).
+  const std::vector<String>& getTokens(size_t i_Path) const { return m_Prepared[i_Path].m_Tokens; }
   // Step i_Index of path i_Path, or null; o_Result receives the code of its building.
   const XPathStep* getStep(size_t i_Path, unsigned int i_Index, TErrorCode& o_Result) const;
   // The first step after the first whose axis may reach a node more than once; 0 when no
@@ -58,6 +60,7 @@ class XPathCompiledPath {
     TErrorCode m_Result = 0;
   };
   struct PreparedPath {
+    std::vector<String> m_Tokens;
     std::vector<BuiltStep> m_Steps;  // one per step text
     unsigned int m_FirstRepeatedStep = 0;
   };
