@@ -21,15 +21,10 @@
 #include "XPathEvaluationObserver.h"
 #include "XmlPluginConstants.h"
 #include "host/Trace.h"
-#include "host/WideChar.h"
 
 namespace XmlPlugin {
 
 namespace {
-
-struct WideBufferFree {
-  void operator()(wchar_t* i_pBuffer) const { i_free(i_pBuffer); }
-};
 
 [[gnu::noinline]] void traceNoChildren(const XPathStep& i_Step) {
   Trace trace(pluginTracer(), "XPath::evaluateStep");
@@ -62,6 +57,25 @@ bool visitSiblings(XPathEvaluationContext& io_Context, const Node* i_pParent, co
   return place < pChildren->size();
 }
 
+// The element children of a node in document order, none of them marked.
+TErrorCode unmarkedChildren(const Node* i_pNode, std::vector<MarkedNode>& o_Children) {
+  const NodeList* pChildren = nullptr;
+  const TErrorCode result = i_pNode->getChildren(&pChildren);
+  if (result != 0 || pChildren == nullptr) {
+    return result;
+  }
+  // One allocation rather than doublings; a lone child is often text and needs none.
+  if (pChildren->size() > 1) {
+    o_Children.reserve(o_Children.size() + pChildren->size());
+  }
+  for (Node* pChild : *pChildren) {
+    if (pChild->getType() == ElementNode) {
+      o_Children.push_back(MarkedNode{pChild, false});
+    }
+  }
+  return 0;
+}
+
 bool outputsAfterMatch(StepAxis i_Axis, bool i_absoluteDeepSearch) {
   switch (i_Axis) {
     case child:
@@ -90,9 +104,15 @@ size_t XPath::StepCallHash::operator()(const StepCall& i_Call) const {
 }
 
 XPath::XPath(const String& i_XPath, XPathEvaluationContext& io_Context)
-    : m_XPath(i_XPath), m_Context(io_Context) {
+    : m_pOwnedPath(new XPathCompiledPath(i_XPath)), m_Path(*m_pOwnedPath), m_Context(io_Context) {
   Trace trace(pluginTracer(), "XPath::XPath");
-  HOST_TRACE(trace, 3) << "XPath query = " << m_XPath;
+  HOST_TRACE(trace, 3) << "XPath query = " << i_XPath;
+}
+
+XPath::XPath(const XPathCompiledPath& i_Path, long i_Anchor, XPathEvaluationContext& io_Context)
+    : m_Path(i_Path), m_Anchor(i_Anchor), m_Context(io_Context) {
+  Trace trace(pluginTracer(), "XPath::XPath");
+  HOST_TRACE(trace, 3) << "XPath query = " << m_Path.getText(m_Anchor);
 }
 
 XPath::~XPath() {}
@@ -100,37 +120,14 @@ XPath::~XPath() {}
 TErrorCode XPath::splitXPath() {
   Trace trace(pluginTracer(), "XPath::splitXPath");
   HOST_TRACE(trace, 3) << " XPath::splitXPath()";
-  std::unique_ptr<wchar_t, WideBufferFree> pBuffer(i_wcsdup(m_XPath.c_str()));
-  if (!pBuffer) {
-    return XPATH_SPLIT_ERROR;
-  }
-  wchar_t* pState = nullptr;
-  for (const wchar_t* pPiece = i_wcstok(pBuffer.get(), L"|", &pState); pPiece != nullptr;
-       pPiece = i_wcstok(nullptr, L"|", &pState)) {
-    String path(pPiece);
-    path.trim();
-    if (path.startsWith(String(L"/")) && path.charAt(1) != L'/') {
-      path = path.substring(1);
-    }
-    const bool deep = path.startsWith(String(L"//"));
-    if (deep) {
-      path = path.substring(2);
-    }
-    if (!path.endsWith(String(L"text()")) && !endsWithAttribute(path)) {
-      path.concat(L"/endfunction()");
-    }
-    const unsigned int stepCount = m_XPathParser.getStepCount(path);
+  for (unsigned int stepCount : m_Path.getStepCounts()) {
     HOST_TRACE(trace, 3) << " m_XPathParser.getStepCount = " << stepCount;
-    m_StepCounts.push_back(stepCount);
-    m_XPaths.push_back(deep ? String(L"//").concat(path) : path);
   }
-  return m_XPaths.size() == m_StepCounts.size() ? 0 : XPATH_SPLIT_ERROR;
+  return m_Path.getStatus();
 }
 
-bool XPath::endsWithAttribute(const String& i_Path) {
-  std::unique_ptr<XPathStep> pLast;
-  m_XPathParser.getStep(i_Path, m_XPathParser.getStepCount(i_Path), pLast);
-  return pLast && pLast->getAxis() == attribute;
+bool XPath::endsWithAttribute(const String& i_Path) const {
+  return XPathCompiledPath::endsWithAttribute(i_Path);
 }
 
 TErrorCode XPath::getValues(XPathOutputElements& o_Output, Node* i_Root) {
@@ -144,13 +141,16 @@ TErrorCode XPath::getValues(XPathOutputElements& o_Output, Node* i_Root) {
     HOST_TRACE(trace, 2) << "No nodes available for the XML file ";
     return 0;
   }
-  HOST_TRACE(trace, 3) << "Evaluating the xpath [" << m_XPath << "] for the XML file ";
+  HOST_TRACE(trace, 3) << "Evaluating the xpath [" << m_Path.getText(m_Anchor)
+                       << "] for the XML file ";
   if (XPathEvaluationObserver* pObserver = m_Context.getObserver())
-    pObserver->pathsPrepared(m_XPath, m_XPaths, i_Root);
+    pObserver->pathsPrepared(m_Path.getText(m_Anchor),
+                             XPathCompiledPath::withAnchor(getPaths(), m_Anchor), i_Root);
   deleteOutputElements(o_Output);
   {
+    const XPathEvaluationContext::Anchor anchor(m_Context, m_Anchor);
     XPathOutputCollector collector(o_Output);
-    while (result == 0 && m_CurrentXPath < m_XPaths.size()) {
+    while (result == 0 && m_CurrentXPath < getPaths().size()) {
       result = evaluatePath(i_Root, collector);
       ++m_CurrentXPath;
     }
@@ -159,7 +159,9 @@ TErrorCode XPath::getValues(XPathOutputElements& o_Output, Node* i_Root) {
     result = XML_PLUGIN_ERROR_XPATH_UNSUPPORTED_EXPRESSION;
   }
   // The collector kept one item per number: the first made.
-  std::sort(o_Output.begin(), o_Output.end(), cmp());
+  if (!std::is_sorted(o_Output.begin(), o_Output.end(), cmp())) {
+    std::sort(o_Output.begin(), o_Output.end(), cmp());
+  }
   if (result != 0) {
     deleteOutputElements(o_Output);
   }
@@ -169,13 +171,12 @@ TErrorCode XPath::getValues(XPathOutputElements& o_Output, Node* i_Root) {
 }
 
 TErrorCode XPath::evaluatePath(Node* i_Root, XPathOutputCollector& io_Output) {
-  m_Tokens = m_XPathParser.getTokens(m_XPaths[m_CurrentXPath]);
   if (XPathEvaluationObserver* pObserver = m_Context.getObserver())
-    pObserver->pathStarted(m_Tokens);
-  m_Steps.clear();
+    pObserver->pathStarted(
+        XPathCompiledPath::withAnchor(m_Path.getTokens(m_CurrentXPath), m_Anchor));
   m_StepResults.clear();
   m_LeafResults.clear();
-  m_FirstRepeatedStep = firstStepReachingAgain();
+  m_FirstRepeatedStep = m_Path.firstStepReachingAgain(m_CurrentXPath);
   const XPathStep* pFirst = getStep(0);
   if (pFirst == nullptr) {
     // Deliberately this code, whatever stopped the first step from being built.
@@ -187,32 +188,16 @@ TErrorCode XPath::evaluatePath(Node* i_Root, XPathOutputCollector& io_Output) {
 }
 
 const XPathStep* XPath::getStep(unsigned int i_Index, TErrorCode* o_pResult) {
-  if (i_Index >= m_Steps.size()) {
-    m_Steps.resize(i_Index + 1);
-  }
-  BuiltStep& built = m_Steps[i_Index];
-  if (!built.m_Built) {
-    built.m_Result = XPathParser::getStep(m_Tokens, i_Index, built.m_Step);
-    built.m_Built = true;
-  }
+  TErrorCode result = 0;
+  const XPathStep* pStep = m_Path.getStep(m_CurrentXPath, i_Index, result);
   if (o_pResult != nullptr) {
-    *o_pResult = built.m_Result;
+    *o_pResult = result;
   }
-  return built.m_Step.get();
-}
-
-unsigned int XPath::firstStepReachingAgain() {
-  for (unsigned int index = 1; index < m_Tokens.size(); ++index) {
-    const XPathStep* pStep = getStep(index);
-    if (pStep != nullptr && pStep->getAxis() != child && pStep->getAxis() != attribute) {
-      return index;
-    }
-  }
-  return 0;
+  return pStep;
 }
 
 unsigned int XPath::maxPosition() const {
-  return m_StepCounts[m_CurrentXPath];
+  return getStepCounts()[m_CurrentXPath];
 }
 
 TErrorCode XPath::evaluateStep(MarkedNode i_Node, unsigned int i_StepPosition,
@@ -363,11 +348,11 @@ TErrorCode XPath::evaluateLeafNode(Node* i_Node, const XPathStep& i_Leaf,
 
 TErrorCode XPath::evaluateChildren(Node* i_Node, const XPathStep& i_Step, const XPathStep* i_pNext,
                                    unsigned int i_Position, XPathOutputCollector& io_Output) {
-  if (i_pNext != nullptr && i_pNext->getAnchoredPosition() > 0) {
+  if (i_pNext != nullptr && i_pNext->getAnchoredPosition(m_Context) > 0) {
     return evaluateAnchoredChild(i_Node, i_Step, *i_pNext, i_Position, io_Output);
   }
-  std::list<Node*> children;
-  TErrorCode result = XPathStep::getChildrenXmlNodes(i_Node, children);
+  std::vector<MarkedNode> children;
+  TErrorCode result = unmarkedChildren(i_Node, children);
   if (result != 0) {
     traceNoChildren(i_Step);
     return result;
@@ -375,14 +360,26 @@ TErrorCode XPath::evaluateChildren(Node* i_Node, const XPathStep& i_Step, const 
   if (!m_Context.admit(children.size())) {
     return XML_PLUGIN_ERROR_XPATH_UNSUPPORTED_EXPRESSION;
   }
-  if (i_pNext != nullptr) {
-    i_pNext->filterNodes(children, m_Context);
+  if (i_pNext != nullptr && !i_pNext->getPredicates().empty()) {
+    keepPassing(*i_pNext, children);
   }
-  for (std::list<Node*>::const_iterator it = children.begin(); it != children.end() && result == 0;
-       ++it) {
-    result = evaluateStep(MarkedNode{*it, false}, i_Position + 1, io_Output, false);
+  for (size_t i = 0; i < children.size() && result == 0; ++i) {
+    result = evaluateStep(children[i], i_Position + 1, io_Output, false);
   }
   return result;
+}
+
+// Filtering wants a list; only steps with predicates filter.
+void XPath::keepPassing(const XPathStep& i_Step, std::vector<MarkedNode>& io_Children) {
+  std::list<Node*> passing;
+  for (const MarkedNode& child : io_Children) {
+    passing.push_back(child.m_Node);
+  }
+  i_Step.filterNodes(passing, m_Context);
+  io_Children.clear();
+  for (Node* pChild : passing) {
+    io_Children.push_back(MarkedNode{pChild, false});
+  }
 }
 
 // The same outcome as the general child walk, whose filtering keeps just that one child.
@@ -391,7 +388,7 @@ TErrorCode XPath::evaluateAnchoredChild(Node* i_Node, const XPathStep& i_Step,
                                         XPathOutputCollector& io_Output) {
   Node* pChild = nullptr;
   const TErrorCode result =
-      m_Context.nthChild(i_Node, i_Next, i_Next.getAnchoredPosition(), pChild);
+      m_Context.nthChild(i_Node, i_Next, i_Next.getAnchoredPosition(m_Context), pChild);
   if (result != 0) {
     traceNoChildren(i_Step);
     return result;
@@ -403,14 +400,23 @@ TErrorCode XPath::evaluateAnchoredChild(Node* i_Node, const XPathStep& i_Step,
 
 TErrorCode XPath::searchInDepth(Node* i_Node, const XPathStep& i_Step, unsigned int i_Position,
                                 XPathOutputCollector& io_Output, bool i_absoluteDeepSearch) {
-  std::list<Node*> children;
-  XPathStep::getChildrenXmlNodes(i_Node, children);
-  if (!m_Context.admit(children.size())) {
-    return XML_PLUGIN_ERROR_XPATH_UNSUPPORTED_EXPRESSION;
-  }
   std::vector<MarkedNode> marked;
-  TErrorCode result = i_Step.markFilteredNodes(children, marked, m_Context);
-  rememberMarked(marked);
+  TErrorCode result = 0;
+  if (i_Step.getPredicates().empty()) {
+    // Without predicates nothing is marked.
+    unmarkedChildren(i_Node, marked);
+    if (!m_Context.admit(marked.size())) {
+      return XML_PLUGIN_ERROR_XPATH_UNSUPPORTED_EXPRESSION;
+    }
+  } else {
+    std::list<Node*> children;
+    XPathStep::getChildrenXmlNodes(i_Node, children);
+    if (!m_Context.admit(children.size())) {
+      return XML_PLUGIN_ERROR_XPATH_UNSUPPORTED_EXPRESSION;
+    }
+    result = i_Step.markFilteredNodes(children, marked, m_Context);
+    rememberMarked(marked);
+  }
   for (size_t i = 0; i < marked.size() && result == 0; ++i) {
     result = evaluateStep(marked[i], i_Position, io_Output, i_absoluteDeepSearch);
   }
@@ -548,7 +554,7 @@ int XPath::prevPredicateCheck(unsigned int i_StepPosition, MarkedNode i_Node) {
 
 int XPath::isParentNodeMarked(MarkedNode i_Node) const {
   const Node* pParent = i_Node.m_Node->getParent();
-  return pParent != nullptr && m_MarkedNodes.count(pParent) != 0 ? 1 : 0;
+  return pParent != nullptr && m_MarkedNodes.contains(pParent) ? 1 : 0;
 }
 
 }  // namespace XmlPlugin

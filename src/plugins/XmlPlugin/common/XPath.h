@@ -3,13 +3,13 @@
 
 #include <memory>
 #include <unordered_map>
-#include <unordered_set>
 #include <utility>
 #include <vector>
 
+#include "XPathCompiledPath.h"
 #include "XPathEvaluationContext.h"
+#include "XPathFlatSet.h"
 #include "XPathOutputElement.h"
-#include "XPathParser.h"
 #include "XPathStep.h"
 #include "host/Node.h"
 #include "host/String.h"
@@ -17,13 +17,13 @@
 
 namespace XmlPlugin {
 
-// splitXPath's code when the prepared paths and their step counts disagree.
-const TErrorCode XPATH_SPLIT_ERROR = -260;
-
 class XPath {
  public:
   // Every evaluation draws on io_Context, which must outlive the object.
   XPath(const String& i_XPath, XPathEvaluationContext& io_Context);
+  // Evaluates a compiled operand (borrowed; it must outlive the object) whose anchored step,
+  // if it has one, stands at position i_Anchor.
+  XPath(const XPathCompiledPath& i_Path, long i_Anchor, XPathEvaluationContext& io_Context);
   ~XPath();
   XPath(const XPath&) = delete;
   XPath& operator=(const XPath&) = delete;
@@ -34,25 +34,15 @@ class XPath {
   // Supported once per object.
   TErrorCode getValues(XPathOutputElements& o_Output, Node* i_Root);
 
-  // Cuts the operand at "|" and prepares each path: a single leading "/" is dropped (the
-  // caller chooses the start node), a leading "//" is kept, and "/endfunction()" is
-  // appended unless the path ends with "text()" or an attribute step, so that every path
-  // that ends on an element ends in a leaf step that outputs the element.
+  // The code of cutting the operand into prepared paths (see XPathCompiledPath).
   TErrorCode splitXPath();
-  const std::vector<String>& getPaths() const { return m_XPaths; }
-  const std::vector<unsigned int>& getStepCounts() const { return m_StepCounts; }
+  const std::vector<String>& getPaths() const { return m_Path.getPaths(); }
+  const std::vector<unsigned int>& getStepCounts() const { return m_Path.getStepCounts(); }
 
   // True when the last step of the path is an attribute step.
-  bool endsWithAttribute(const String& i_Path);
+  bool endsWithAttribute(const String& i_Path) const;
 
  private:
-  // Steps of the path under evaluation, each built on first use and kept with its code.
-  struct BuiltStep {
-    std::unique_ptr<XPathStep> m_Step;
-    TErrorCode m_Result = 0;
-    bool m_Built = false;
-  };
-
   TErrorCode evaluatePath(Node* i_Root, XPathOutputCollector& io_Output);
   // Step i_Index of the current path, or null; *o_pResult receives the code of its building.
   const XPathStep* getStep(unsigned int i_Index, TErrorCode* o_pResult = nullptr);
@@ -86,6 +76,8 @@ class XPath {
                               XPathOutputCollector& io_Output);
   TErrorCode evaluateChildren(Node* i_Node, const XPathStep& i_Step, const XPathStep* i_pNext,
                               unsigned int i_Position, XPathOutputCollector& io_Output);
+  // Keeps the children that pass the step's name test and predicates.
+  void keepPassing(const XPathStep& i_Step, std::vector<MarkedNode>& io_Children);
   TErrorCode evaluateAnchoredChild(Node* i_Node, const XPathStep& i_Step, const XPathStep& i_Next,
                                    unsigned int i_Position, XPathOutputCollector& io_Output);
   TErrorCode searchInDepth(Node* i_Node, const XPathStep& i_Step, unsigned int i_Position,
@@ -107,23 +99,16 @@ class XPath {
                       XPathOutputCollector& io_Output);
   void selfStep(MarkedNode& i_Node, unsigned int i_StepPosition, XPathOutputCollector& io_Output);
 
-  // The first step after the first whose axis may reach a node more than once; 0 when no
-  // step has such an axis.
-  unsigned int firstStepReachingAgain();
-
   // 0 when the node's parent was excluded by a predicate of an earlier step, else 1.
   int prevPredicateCheck(unsigned int i_StepPosition, MarkedNode i_Node);
   int isParentNodeMarked(MarkedNode i_Node) const;
 
-  String m_XPath;
-  std::vector<unsigned int> m_StepCounts;  // per prepared path: the index of its leaf step
-  std::vector<String> m_XPaths;            // the prepared paths
+  std::unique_ptr<XPathCompiledPath> m_pOwnedPath;  // when made from a text
+  const XPathCompiledPath& m_Path;
+  long m_Anchor = 0;
   unsigned int m_CurrentXPath = 0;
   // Every node that a predicate excluded while searching in depth; never emptied.
-  std::unordered_set<const Node*> m_MarkedNodes;
-  XPathParser m_XPathParser;
-  std::vector<String> m_Tokens;  // the step texts of the current path
-  std::vector<BuiltStep> m_Steps;
+  XPathFlatSet<const Node*> m_MarkedNodes;
   XPathEvaluationContext& m_Context;
 
   // What the current path evaluated already, kept when its axes may reach a node again:

@@ -4,6 +4,7 @@
 
 #include "PluginTracer.h"
 #include "XPath.h"
+#include "XPathEvaluationContext.h"
 #include "XPathNumberText.h"
 #include "XmlPluginConstants.h"
 #include "host/Trace.h"
@@ -90,26 +91,82 @@ bool XPathArgument::numberOfOperand(const String& i_Text, double& o_Number) {
   return true;
 }
 
+namespace {
+
+// How many anchored forms of one operand are kept compiled: the candidates of a predicate
+// mostly share their name and their parent's.
+const size_t XPATH_COMPILED_PATHS_PER_OPERAND = 16;
+
+bool isAnchorable(const String& i_Expr) {
+  return !i_Expr.isEmpty() && (!i_Expr.startsWith(L"/") || i_Expr.startsWith(L"//"));
+}
+
+}  // namespace
+
 String XPathArgument::addPrefixToXPath(const String& i_Expr, long i_Position, Node* i_pNode) {
   Trace trace(pluginTracer(), "XPathArgument::addPrefixToXPath");
   if (i_pNode == nullptr) {
     return i_Expr;
   }
-  const bool anchorable =
-      !i_Expr.isEmpty() && (!i_Expr.startsWith(L"/") || i_Expr.startsWith(L"//"));
-  String result;
-  if (i_pNode->getParent() != nullptr) {
-    result.concat(i_pNode->getParent()->m_Name).concat(L'/');
-  }
-  if (anchorable && i_Position > 0) {
-    result.concat(i_pNode->m_Name)
-        .concat(L"[position()=")
-        .concat(formatInteger(i_Position))
-        .concat(L"]/");
-  }
-  result.concat(i_Expr);
+  const String result =
+      anchoredText(i_Expr, formatInteger(i_Position), shapeAt(i_Expr, i_pNode, i_Position));
   HOST_TRACE(trace, 3) << "Returned Expression" << result;
   return result;
+}
+
+String XPathArgument::anchoredText(const String& i_Expr, const String& i_Position,
+                                   const AnchorShape& i_Shape) {
+  String result;
+  if (i_Shape.m_HasParent) {
+    result.concat(i_Shape.m_ParentName).concat(L'/');
+  }
+  if (i_Shape.m_Anchored) {
+    result.concat(i_Shape.m_Name).concat(L"[position()=").concat(i_Position).concat(L"]/");
+  }
+  return result.concat(i_Expr);
+}
+
+bool XPathArgument::AnchorShape::operator==(const AnchorShape& i_Other) const {
+  return m_HasNode == i_Other.m_HasNode && m_HasParent == i_Other.m_HasParent &&
+         m_Anchored == i_Other.m_Anchored && m_ParentName == i_Other.m_ParentName &&
+         m_Name == i_Other.m_Name;
+}
+
+XPathArgument::AnchorShape XPathArgument::shapeAt(const String& i_Expr, const Node* i_pNode,
+                                                  long i_Position) {
+  AnchorShape shape;
+  if (i_pNode == nullptr) {
+    return shape;
+  }
+  shape.m_HasNode = true;
+  if (i_pNode->getParent() != nullptr) {
+    shape.m_HasParent = true;
+    shape.m_ParentName = i_pNode->getParent()->m_Name;
+  }
+  if (i_Position > 0 && isAnchorable(i_Expr)) {
+    shape.m_Anchored = true;
+    shape.m_Name = i_pNode->m_Name;
+  }
+  return shape;
+}
+
+const XPathCompiledPath& XPathArgument::compiledFor(const AnchorShape& i_Shape) {
+  for (const CompiledShape& compiled : m_CompiledPaths) {
+    if (compiled.m_Shape == i_Shape) {
+      return *compiled.m_pPath;
+    }
+  }
+  if (m_CompiledPaths.size() >= XPATH_COMPILED_PATHS_PER_OPERAND) {
+    m_CompiledPaths.erase(m_CompiledPaths.begin());
+  }
+  const String text = anchoredText(expressionText(), String().concat(XPATH_ANCHOR_MARK), i_Shape);
+  // The names are copied out of the tree, which may go before the compiled expression.
+  AnchorShape kept = i_Shape;
+  kept.m_ParentName = String(i_Shape.m_ParentName.c_str(), i_Shape.m_ParentName.length());
+  kept.m_Name = String(i_Shape.m_Name.c_str(), i_Shape.m_Name.length());
+  m_CompiledPaths.push_back(
+      CompiledShape{kept, std::unique_ptr<XPathCompiledPath>(new XPathCompiledPath(text))});
+  return *m_CompiledPaths.back().m_pPath;
 }
 
 Node* XPathArgument::getXMLRootNode(Node* i_pNode) {
@@ -130,10 +187,20 @@ void XPathArgument::EvaluateXPath(XPathEvaluationContext& io_Context) {
   if (pContext != nullptr && pContext->getParent() != nullptr) {
     pContext = pContext->getParent();
   }
-  const String path = addPrefixToXPath(GetExpressionString(), m_RootPosition, m_StartNode);
-  HOST_TRACE(trace, 3) << "XPath query = " << path;
-  XPath xpath(path, io_Context);
-  if (path.length() > 1 && path.charAt(0) == L'/' && path.charAt(1) != L'/') {
+  // The anchored text is made only to be traced: the compiled path stands for it.
+  HOST_TRACE(trace, 3) << "XPath query = "
+                       << addPrefixToXPath(GetExpressionString(), m_RootPosition, m_StartNode);
+  const AnchorShape shape = shapeAt(expressionText(), m_StartNode, m_RootPosition);
+  // A position of more than nine digits is no anchor, and a text that holds the anchor mark
+  // cannot stand for one: such a path is compiled as it reads.
+  std::unique_ptr<XPathCompiledPath> pExact;
+  if (m_RootPosition > XPATH_MAX_ANCHOR || expressionText().indexOf(XPATH_ANCHOR_MARK) >= 0) {
+    pExact.reset(new XPathCompiledPath(
+        anchoredText(expressionText(), formatInteger(m_RootPosition), shape)));
+  }
+  const XPathCompiledPath& path = pExact ? *pExact : compiledFor(shape);
+  XPath xpath(path, pExact ? 0 : m_RootPosition, io_Context);
+  if (path.isAbsolute()) {
     pContext = getXMLRootNode(pContext);
   }
   // Evaluating again replaces the earlier result.

@@ -86,6 +86,9 @@ class XPathExpression {
                                  XPathExpression* i_pPrevious);
 
  protected:
+  // The text the item was made from, without a copy.
+  const String& expressionText() const { return m_ExpressionString; }
+
   Node* m_StartNode = nullptr;
   long m_RootPosition = 0;
   double m_Number = 0.0;

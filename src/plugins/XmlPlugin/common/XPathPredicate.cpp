@@ -3,6 +3,7 @@
 #include <map>
 
 #include "PluginTracer.h"
+#include "XPathCompiledPath.h"
 #include "XPathEvaluationContext.h"
 #include "XPathEvaluationObserver.h"
 #include "XPathExpressionCache.h"
@@ -49,6 +50,9 @@ long XPathPredicate::anchoredPosition() const {
     return 0;
   }
   at = skipBlanks(at + 1);
+  if (at + 1 == end && m_pText->charAt(at) == XPATH_ANCHOR_MARK) {
+    return -1;
+  }
   // Nine digits at most, so that the number stays exact.
   const int digits = end - at;
   if (digits < 1 || digits > 9) {
@@ -65,28 +69,42 @@ long XPathPredicate::anchoredPosition() const {
   return position;
 }
 
-void XPathPredicate::keepAnchored(std::list<Node*>& io_Nodes) const {
+long XPathPredicate::getAnchoredPosition(const XPathEvaluationContext& i_Context) const {
+  return m_AnchoredPosition < 0 ? i_Context.getAnchor() : m_AnchoredPosition;
+}
+
+String XPathPredicate::condition(const XPathEvaluationContext& i_Context) const {
+  const String text = m_pText->substring(m_Open + 1, m_Close - 1);
+  if (m_AnchoredPosition >= 0 || i_Context.getAnchor() <= 0) {
+    return text;
+  }
+  const int mark = text.indexOf(XPATH_ANCHOR_MARK);
+  return text.substring(0, mark - 1).concat(formatInteger(i_Context.getAnchor()));
+}
+
+void XPathPredicate::keepAnchored(std::list<Node*>& io_Nodes, long i_Position) const {
   long place = 1;
   for (std::list<Node*>::iterator it = io_Nodes.begin(); it != io_Nodes.end(); ++place) {
     const long position = (*it)->getParent() != nullptr ? place : 1;
-    it = position == m_AnchoredPosition ? std::next(it) : io_Nodes.erase(it);
+    it = position == i_Position ? std::next(it) : io_Nodes.erase(it);
   }
 }
 
 TErrorCode XPathPredicate::fiterNodes(std::list<Node*>& io_Nodes,
                                       XPathEvaluationContext& io_Context) const {
   Trace trace(pluginTracer(), "XPathPredicate::fiterNodes");
-  HOST_TRACE(trace, 3) << "m_Expression " << condition();
+  HOST_TRACE(trace, 3) << "m_Expression " << condition(io_Context);
   if (!hasCondition()) {
     HOST_TRACE(trace, 1) << "XML_PLUGIN_ERROR_XPATH_UNSUPPORTED_EXPRESSION";
     return XML_PLUGIN_ERROR_XPATH_UNSUPPORTED_EXPRESSION;
   }
   HOST_TRACE(trace, 3) << "io_Nodes.size() = " << static_cast<unsigned long>(io_Nodes.size());
-  if (m_AnchoredPosition > 0) {
+  const long anchored = getAnchoredPosition(io_Context);
+  if (anchored > 0) {
     if (!io_Context.admit(io_Nodes.size())) {
       return XML_PLUGIN_ERROR_XPATH_UNSUPPORTED_EXPRESSION;
     }
-    keepAnchored(io_Nodes);
+    keepAnchored(io_Nodes, anchored);
     return 0;
   }
 
@@ -108,10 +126,9 @@ TErrorCode XPathPredicate::keepMatching(std::list<Node*>& io_Nodes,
   std::list<Node*> kept;
   TErrorCode result = 0;
   // Compiled once; each candidate's run sees it as freshly parsed.
-  const String text = condition();
+  const String text = condition(io_Context);
   const XPathExpressionCache::Lease parser = XPathExpressionCache::get()->acquire(text);
   const unsigned long cost = XPATH_PREDICATE_EVALUATION_COST +
-                             text.length() / XPATH_PREDICATE_CHARACTERS_PER_COST +
                              parser->getExpressionsVector().size() * XPATH_PREDICATE_ITEM_COST;
   XPathEvaluationObserver* pObserver = io_Context.getObserver();
   if (pObserver != nullptr)

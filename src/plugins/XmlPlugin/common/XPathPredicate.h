@@ -40,14 +40,15 @@ class XPathPredicate {
   // N when the predicate is "[position()=N]" (N a positive decimal, blanks allowed around
   // the "="), the form that anchors a relative path at its context node; 0 otherwise. Such a
   // predicate keeps the candidate at place N (a candidate without parent counts as place 1) and is
-  // decided without an evaluation per candidate, with the same outcome.
-  long getAnchoredPosition() const { return m_AnchoredPosition; }
+  // decided without an evaluation per candidate, with the same outcome. For the anchor mark
+  // in place of N (XPATH_ANCHOR_MARK), N is i_Context's anchor.
+  long getAnchoredPosition(const XPathEvaluationContext& i_Context) const;
 
  private:
   long anchoredPosition() const;
-  // The predicate text without its brackets.
-  String condition() const { return m_pText->substring(m_Open + 1, m_Close - 1); }
-  void keepAnchored(std::list<Node*>& io_Nodes) const;
+  // The predicate text without its brackets, the anchor mark read as i_Context's anchor.
+  String condition(const XPathEvaluationContext& i_Context) const;
+  void keepAnchored(std::list<Node*>& io_Nodes, long i_Position) const;
   // fiterNodes over a list that is not empty: the condition compiled once, run per candidate.
   TErrorCode keepMatching(std::list<Node*>& io_Nodes, XPathEvaluationContext& io_Context) const;
   // One candidate's verdict from a run of the compiled condition; i_Cost is what the run
@@ -57,9 +58,9 @@ class XPathPredicate {
                    XPathEvaluationContext& io_Context, bool& o_Keep) const;
 
   std::shared_ptr<const String> m_pText;
-  int m_Open;   // the opening bracket in m_pText
-  int m_Close;  // the closing bracket
-  long m_AnchoredPosition;
+  int m_Open;               // the opening bracket in m_pText
+  int m_Close;              // the closing bracket
+  long m_AnchoredPosition;  // -1 for the anchor mark
 };
 
 }  // namespace XmlPlugin

@@ -68,8 +68,23 @@ const AxisName AXIS_NAMES[] = {
 
 XPathOutputCollector::XPathOutputCollector(XPathOutputElements& io_Items) : m_Items(io_Items) {
   for (const XPathOutputElement* pItem : m_Items) {
-    m_Numbers.insert(pItem->m_Index);
+    keepNumber(pItem->m_Index);
   }
+}
+
+bool XPathOutputCollector::keepNumber(int32_t i_Number) {
+  if (m_InOrder && (!m_HasLast || i_Number > m_Last)) {
+    m_Last = i_Number;
+    m_HasLast = true;
+    return true;
+  }
+  if (m_InOrder) {
+    m_InOrder = false;
+    for (const XPathOutputElement* pItem : m_Items) {
+      m_Numbers.insert(pItem->m_Index);
+    }
+  }
+  return m_Numbers.insert(i_Number);
 }
 
 size_t hashText(const String& i_Text) {
@@ -77,7 +92,7 @@ size_t hashText(const String& i_Text) {
 }
 
 void XPathOutputCollector::add(std::unique_ptr<XPathOutputElement> i_pItem) {
-  if (m_Numbers.insert(i_pItem->m_Index).second) {
+  if (keepNumber(i_pItem->m_Index)) {
     m_Items.push_back(i_pItem.get());
     i_pItem.release();
   }
@@ -88,7 +103,8 @@ XPathStep::XPathStep(StepType i_StepType, const String& i_Name, StepAxis i_Axis,
     : m_Predicates(std::move(i_Predicates)),
       m_Name(i_Name),
       m_StepType(i_StepType),
-      m_Axis(i_Axis) {
+      m_Axis(i_Axis),
+      m_AnyName(i_Name.compareTo(L"*") == 0 || i_Name.compareTo(L"node()") == 0) {
   for (size_t index = 0; index < m_Predicates.size(); ++index) {
     if (!m_Predicates[index]->hasCondition()) {
       m_LastPredicateWithoutText = static_cast<long>(index);
@@ -221,9 +237,7 @@ TErrorCode XPathStep::evaluateNode(Node*, XPathOutputCollector&, XPathEvaluation
 }
 
 int XPathStep::stepMatching(const Node* i_Node) const {
-  return m_Name == i_Node->m_Name || m_Name.compareTo(L"*") == 0 || m_Name.compareTo(L"node()") == 0
-             ? 1
-             : 0;
+  return m_AnyName || m_Name == i_Node->m_Name ? 1 : 0;
 }
 
 TErrorCode XPathStep::filterNodes(std::list<Node*>& io_Nodes,
@@ -246,8 +260,8 @@ TErrorCode XPathStep::filterNodes(std::list<Node*>& io_Nodes,
   return 0;
 }
 
-long XPathStep::getAnchoredPosition() const {
-  return m_Predicates.size() == 1 ? m_Predicates.front()->getAnchoredPosition() : 0;
+long XPathStep::getAnchoredPosition(const XPathEvaluationContext& i_Context) const {
+  return m_Predicates.size() == 1 ? m_Predicates.front()->getAnchoredPosition(i_Context) : 0;
 }
 
 TErrorCode XPathStep::markFilteredNodes(const std::list<Node*>& i_Nodes,
@@ -264,9 +278,14 @@ TErrorCode XPathStep::markFilteredNodes(const std::list<Node*>& i_Nodes,
   }
   std::list<Node*> passed(i_Nodes);
   const TErrorCode result = filterNodes(passed, io_Context);
-  const std::unordered_set<const Node*> passing(passed.begin(), passed.end());
+  // Filtering keeps the order, so the passing nodes are met in step with the candidates.
+  std::list<Node*>::const_iterator next = passed.begin();
   for (Node* pNode : i_Nodes) {
-    o_Marked.push_back(MarkedNode{pNode, passing.count(pNode) == 0});
+    const bool passes = next != passed.end() && *next == pNode;
+    if (passes) {
+      ++next;
+    }
+    o_Marked.push_back(MarkedNode{pNode, !passes});
   }
   return result;
 }

@@ -5,10 +5,10 @@
 #include <cstdint>
 #include <list>
 #include <memory>
-#include <unordered_set>
 #include <utility>
 #include <vector>
 
+#include "XPathFlatSet.h"
 #include "XPathOutputElement.h"
 #include "host/Node.h"
 #include "host/String.h"
@@ -66,8 +66,15 @@ class XPathOutputCollector {
   const XPathOutputElements& items() const { return m_Items; }
 
  private:
+  // True when no item with the number was kept yet, which it then is. While numbers come in
+  // ascending order (document order, as most paths make them) no set is needed.
+  bool keepNumber(int32_t i_Number);
+
   XPathOutputElements& m_Items;
-  std::unordered_set<int32_t> m_Numbers;
+  bool m_InOrder = true;  // every number so far above the one before
+  bool m_HasLast = false;
+  int32_t m_Last = 0;
+  XPathFlatSet<int32_t> m_Numbers;  // every number kept, once out of order
 };
 
 // One step of a location path. A step is immutable once built, so one object serves every
@@ -120,8 +127,9 @@ class XPathStep {
                                XPathEvaluationContext& io_Context) const;
 
   // N when the step's one predicate is "[position()=N]", blanks allowed (it selects the N-th
-  // candidate that passes the name test); 0 otherwise.
-  long getAnchoredPosition() const;
+  // candidate that passes the name test); 0 otherwise. An anchor mark for N reads the
+  // position from i_Context.
+  long getAnchoredPosition(const XPathEvaluationContext& i_Context) const;
 
   const String& getName() const { return m_Name; }
   StepType getStepType() const { return m_StepType; }
@@ -141,6 +149,7 @@ class XPathStep {
   StepType m_StepType;
   StepAxis m_Axis;
   bool m_AbsoluteDeepSearch = false;
+  bool m_AnyName;                        // "*" or "node()": every node passes the name test
   long m_LastPredicateWithoutText = -1;  // the index of the last "[]", -1 without one
 };
 
