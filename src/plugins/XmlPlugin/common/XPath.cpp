@@ -415,7 +415,9 @@ TErrorCode XPath::searchInDepth(Node* i_Node, const XPathStep& i_Step, unsigned 
       return XML_PLUGIN_ERROR_XPATH_UNSUPPORTED_EXPRESSION;
     }
     result = i_Step.markFilteredNodes(children, marked, m_Context);
-    rememberMarked(marked);
+    if (m_Path.asksForExcludedParents()) {
+      rememberMarked(marked);
+    }
   }
   for (size_t i = 0; i < marked.size() && result == 0; ++i) {
     result = evaluateStep(marked[i], i_Position, io_Output, i_absoluteDeepSearch);

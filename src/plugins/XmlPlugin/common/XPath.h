@@ -107,7 +107,8 @@ class XPath {
   const XPathCompiledPath& m_Path;
   long m_Anchor = 0;
   unsigned int m_CurrentXPath = 0;
-  // Every node that a predicate excluded while searching in depth; never emptied.
+  // Every node that a predicate excluded while searching in depth, when a path asks; never
+  // emptied.
   XPathFlatSet<const Node*> m_MarkedNodes;
   XPathEvaluationContext& m_Context;
 

@@ -62,6 +62,11 @@ void XPathCompiledPath::build(const String& i_Path) {
         pStep->getAxis() != child && pStep->getAxis() != attribute) {
       prepared.m_FirstRepeatedStep = index;
     }
+    const XPathStep* pBefore = index > 1 ? prepared.m_Steps[index - 1].m_Step.get() : nullptr;
+    if (pBefore != nullptr && !pBefore->isAbsoluteDeepSearch() && pStep != nullptr &&
+        pStep->getStepType() == leaf) {
+      m_AsksForExcludedParents = true;
+    }
   }
   m_Prepared.push_back(std::move(prepared));
 }

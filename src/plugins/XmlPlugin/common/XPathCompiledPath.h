@@ -53,6 +53,10 @@ class XPathCompiledPath {
   // The first step after the first whose axis may reach a node more than once; 0 when no
   // step of the path has such an axis.
   unsigned int firstStepReachingAgain(size_t i_Path) const;
+  // Whether some path asks, before its leaf, if a predicate excluded the node's parent: only
+  // a step after the first and not searching in depth does. Without such a step, remembering
+  // the excluded nodes is wasted work.
+  bool asksForExcludedParents() const { return m_AsksForExcludedParents; }
 
   // True when the last step of the path is an attribute step.
   static bool endsWithAttribute(const String& i_Path);
@@ -76,6 +80,7 @@ class XPathCompiledPath {
   std::vector<String> m_Paths;
   std::vector<unsigned int> m_StepCounts;
   std::vector<PreparedPath> m_Prepared;
+  bool m_AsksForExcludedParents = false;
 };
 
 }  // namespace XmlPlugin
