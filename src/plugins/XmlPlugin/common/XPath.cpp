@@ -401,20 +401,14 @@ TErrorCode XPath::evaluateAnchoredChild(Node* i_Node, const XPathStep& i_Step,
 TErrorCode XPath::searchInDepth(Node* i_Node, const XPathStep& i_Step, unsigned int i_Position,
                                 XPathOutputCollector& io_Output, bool i_absoluteDeepSearch) {
   std::vector<MarkedNode> marked;
+  unmarkedChildren(i_Node, marked);
+  if (!m_Context.admit(marked.size())) {
+    return XML_PLUGIN_ERROR_XPATH_UNSUPPORTED_EXPRESSION;
+  }
   TErrorCode result = 0;
-  if (i_Step.getPredicates().empty()) {
-    // Without predicates nothing is marked.
-    unmarkedChildren(i_Node, marked);
-    if (!m_Context.admit(marked.size())) {
-      return XML_PLUGIN_ERROR_XPATH_UNSUPPORTED_EXPRESSION;
-    }
-  } else {
-    std::list<Node*> children;
-    XPathStep::getChildrenXmlNodes(i_Node, children);
-    if (!m_Context.admit(children.size())) {
-      return XML_PLUGIN_ERROR_XPATH_UNSUPPORTED_EXPRESSION;
-    }
-    result = i_Step.markFilteredNodes(children, marked, m_Context);
+  // Without predicates nothing is marked.
+  if (!i_Step.getPredicates().empty()) {
+    result = i_Step.markFiltered(marked, m_Context);
     if (m_Path.asksForExcludedParents()) {
       rememberMarked(marked);
     }

@@ -268,24 +268,39 @@ TErrorCode XPathStep::markFilteredNodes(const std::list<Node*>& i_Nodes,
                                         std::vector<MarkedNode>& o_Marked,
                                         XPathEvaluationContext& io_Context) const {
   o_Marked.clear();
+  for (Node* pNode : i_Nodes) {
+    o_Marked.push_back(MarkedNode{pNode, false});
+  }
+  return markFiltered(o_Marked, io_Context);
+}
+
+TErrorCode XPathStep::markFiltered(std::vector<MarkedNode>& io_Candidates,
+                                   XPathEvaluationContext& io_Context) const {
+  for (MarkedNode& candidate : io_Candidates) {
+    candidate.m_Marked = false;
+  }
   if (m_Predicates.empty()) {
     // Nothing is marked, not even a node that fails the name test: the name test is
     // applied again when the node is evaluated.
-    for (Node* pNode : i_Nodes) {
-      o_Marked.push_back(MarkedNode{pNode, false});
-    }
     return 0;
   }
-  std::list<Node*> passed(i_Nodes);
+  // Only the names that pass reach the list: most candidates of a search in depth fail the
+  // name test, and a list costs an allocation per node.
+  std::list<Node*> passed;
+  for (const MarkedNode& candidate : io_Candidates) {
+    if (stepMatching(candidate.m_Node) != 0) {
+      passed.push_back(candidate.m_Node);
+    }
+  }
   const TErrorCode result = filterNodes(passed, io_Context);
   // Filtering keeps the order, so the passing nodes are met in step with the candidates.
   std::list<Node*>::const_iterator next = passed.begin();
-  for (Node* pNode : i_Nodes) {
-    const bool passes = next != passed.end() && *next == pNode;
+  for (MarkedNode& candidate : io_Candidates) {
+    const bool passes = next != passed.end() && *next == candidate.m_Node;
     if (passes) {
       ++next;
     }
-    o_Marked.push_back(MarkedNode{pNode, !passes});
+    candidate.m_Marked = !passes;
   }
   return result;
 }

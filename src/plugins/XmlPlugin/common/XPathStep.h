@@ -125,6 +125,9 @@ class XPathStep {
   // filterNodes; the verdicts are written also on failure.
   TErrorCode markFilteredNodes(const std::list<Node*>& i_Nodes, std::vector<MarkedNode>& o_Marked,
                                XPathEvaluationContext& io_Context) const;
+  // markFilteredNodes on candidates already listed: rewrites each one's verdict.
+  TErrorCode markFiltered(std::vector<MarkedNode>& io_Candidates,
+                          XPathEvaluationContext& io_Context) const;
 
   // N when the step's one predicate is "[position()=N]", blanks allowed (it selects the N-th
   // candidate that passes the name test); 0 otherwise. An anchor mark for N reads the
