@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <atomic>
+#include <charconv>
 #include <cstring>
 #include <cwchar>
 #include <cwctype>
@@ -216,7 +217,12 @@ String& String::trim() {
 }
 
 String String::valueOf(long i_Value) {
-  return String(std::to_wstring(i_Value));
+  // Attribute lookups report numbers through this: no stream or locale per call.
+  char digits[24];
+  const char* end = std::to_chars(digits, digits + sizeof(digits), i_Value).ptr;
+  wchar_t wide[24];
+  std::copy(static_cast<const char*>(digits), end, wide);
+  return String(wide, static_cast<int>(end - digits));
 }
 
 std::string String::toNarrow() const {

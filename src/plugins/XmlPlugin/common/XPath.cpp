@@ -352,17 +352,21 @@ TErrorCode XPath::evaluateChildren(Node* i_Node, const XPathStep& i_Step, const 
     return evaluateAnchoredChild(i_Node, i_Step, *i_pNext, i_Position, io_Output);
   }
   std::vector<MarkedNode> children;
-  TErrorCode result = unmarkedChildren(i_Node, children);
+  const bool filtered = i_pNext != nullptr && !i_pNext->getPredicates().empty();
+  const NodeList* pChildren = nullptr;
+  TErrorCode result =
+      filtered ? unmarkedChildren(i_Node, children) : i_Node->getChildren(&pChildren);
   if (result != 0) {
     traceNoChildren(i_Step);
     return result;
   }
+  if (!filtered) {
+    return evaluateElements(pChildren, i_Position + 1, io_Output, false);
+  }
   if (!m_Context.admit(children.size())) {
     return XML_PLUGIN_ERROR_XPATH_UNSUPPORTED_EXPRESSION;
   }
-  if (i_pNext != nullptr && !i_pNext->getPredicates().empty()) {
-    keepPassing(*i_pNext, children);
-  }
+  keepPassing(*i_pNext, children);
   for (size_t i = 0; i < children.size() && result == 0; ++i) {
     result = evaluateStep(children[i], i_Position + 1, io_Output, false);
   }
@@ -400,21 +404,40 @@ TErrorCode XPath::evaluateAnchoredChild(Node* i_Node, const XPathStep& i_Step,
 
 TErrorCode XPath::searchInDepth(Node* i_Node, const XPathStep& i_Step, unsigned int i_Position,
                                 XPathOutputCollector& io_Output, bool i_absoluteDeepSearch) {
+  if (i_Step.getPredicates().empty()) {
+    // Nothing is marked: the children need no list of their own.
+    const NodeList* pChildren = nullptr;
+    if (i_Node->getChildren(&pChildren) != 0) {
+      pChildren = nullptr;
+    }
+    return evaluateElements(pChildren, i_Position, io_Output, i_absoluteDeepSearch);
+  }
   std::vector<MarkedNode> marked;
   unmarkedChildren(i_Node, marked);
   if (!m_Context.admit(marked.size())) {
     return XML_PLUGIN_ERROR_XPATH_UNSUPPORTED_EXPRESSION;
   }
-  TErrorCode result = 0;
-  // Without predicates nothing is marked.
-  if (!i_Step.getPredicates().empty()) {
-    result = i_Step.markFiltered(marked, m_Context);
-    if (m_Path.asksForExcludedParents()) {
-      rememberMarked(marked);
-    }
+  TErrorCode result = i_Step.markFiltered(marked, m_Context);
+  if (m_Path.asksForExcludedParents()) {
+    rememberMarked(marked);
   }
   for (size_t i = 0; i < marked.size() && result == 0; ++i) {
     result = evaluateStep(marked[i], i_Position, io_Output, i_absoluteDeepSearch);
+  }
+  return result;
+}
+
+TErrorCode XPath::evaluateElements(const NodeList* i_pChildren, unsigned int i_Position,
+                                   XPathOutputCollector& io_Output, bool i_absoluteDeepSearch) {
+  TErrorCode result = 0;
+  for (size_t i = 0; i_pChildren != nullptr && i < i_pChildren->size() && result == 0; ++i) {
+    Node* pChild = (*i_pChildren)[i];
+    if (pChild->getType() != ElementNode) {
+      continue;
+    }
+    result = m_Context.admit(1) ? evaluateStep(MarkedNode{pChild, false}, i_Position, io_Output,
+                                               i_absoluteDeepSearch)
+                                : XML_PLUGIN_ERROR_XPATH_UNSUPPORTED_EXPRESSION;
   }
   return result;
 }

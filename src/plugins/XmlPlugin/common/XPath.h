@@ -82,6 +82,10 @@ class XPath {
                                    unsigned int i_Position, XPathOutputCollector& io_Output);
   TErrorCode searchInDepth(Node* i_Node, const XPathStep& i_Step, unsigned int i_Position,
                            XPathOutputCollector& io_Output, bool i_absoluteDeepSearch);
+  // evaluateStep on each element child in the list (null for none), unmarked, counting each
+  // as work, until one fails.
+  TErrorCode evaluateElements(const NodeList* i_pChildren, unsigned int i_Position,
+                              XPathOutputCollector& io_Output, bool i_absoluteDeepSearch);
   void rememberMarked(const std::vector<MarkedNode>& i_Marked);
   // Hands a node that an axis reached on: straight to the leaf when the next step is the
   // leaf and the incoming node is unmarked, else i_pEvaluated to evaluateStep.
