@@ -8,7 +8,7 @@
 
 #include "XPathCompiledPath.h"
 #include "XPathEvaluationContext.h"
-#include "XPathFlatSet.h"
+#include "XPathNodeNumberSet.h"
 #include "XPathOutputElement.h"
 #include "XPathStep.h"
 #include "host/Node.h"
@@ -113,7 +113,7 @@ class XPath {
   unsigned int m_CurrentXPath = 0;
   // Every node that a predicate excluded while searching in depth, when a path asks; never
   // emptied.
-  XPathFlatSet<const Node*> m_MarkedNodes;
+  XPathNodeNumberSet m_MarkedNodes;
   XPathEvaluationContext& m_Context;
 
   // What the current path evaluated already, kept when its axes may reach a node again:

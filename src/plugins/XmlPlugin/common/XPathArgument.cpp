@@ -4,6 +4,7 @@
 
 #include "PluginTracer.h"
 #include "XPath.h"
+#include "XPathDirectOperand.h"
 #include "XPathEvaluationContext.h"
 #include "XPathNumberText.h"
 #include "XmlPluginConstants.h"
@@ -20,6 +21,9 @@ XPathArgument::XPathArgument(const String& i_Expression) : XPathExpression(i_Exp
   if (m_DataType == NumberType) {
     m_NumbType = NumbType;
     SetExpressionNumb(i_Expression);
+  }
+  if (m_DataType == NodeSetType) {
+    m_pDirect = XPathDirectOperand::recognize(i_Expression);
   }
 }
 
@@ -180,6 +184,12 @@ Node* XPathArgument::getXMLRootNode(Node* i_pNode) {
 void XPathArgument::EvaluateXPath(XPathEvaluationContext& io_Context) {
   Trace trace(pluginTracer(), "XPathArgument::EvaluateXPath");
   if (m_DataType != NodeSetType) {
+    return;
+  }
+  // Only the general path tells its steps to whoever watches.
+  if (m_pDirect && !trace.on(3) && io_Context.getObserver() == nullptr &&
+      XPathDirectOperand::applies(m_StartNode, m_RootPosition)) {
+    m_pDirect->evaluate(m_StartNode, m_RootPosition, io_Context, m_OutputNodes);
     return;
   }
   HOST_TRACE(trace, 3) << " Datatype is NodeSetType ";

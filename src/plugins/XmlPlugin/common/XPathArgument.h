@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "XPathCompiledPath.h"
+#include "XPathDirectOperand.h"
 #include "XPathExpression.h"
 
 namespace XmlPlugin {
@@ -53,6 +54,8 @@ class XPathArgument : public XPathExpression {
   // first use and kept.
   const XPathCompiledPath& compiledFor(const AnchorShape& i_Shape);
 
+  // The operand read directly, when it is one plain step.
+  std::unique_ptr<const XPathDirectOperand> m_pDirect;
   // Paths compiled for the anchors met so far, the oldest first.
   std::vector<CompiledShape> m_CompiledPaths;
 };

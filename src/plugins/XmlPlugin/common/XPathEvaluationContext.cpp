@@ -75,30 +75,64 @@ size_t XPathEvaluationContext::ChildKeyHash::operator()(const ChildKey& i_Key) c
   return hashText(i_Key.second) * 31u + std::hash<const Node*>()(i_Key.first);
 }
 
-TErrorCode XPathEvaluationContext::nthChild(const Node* i_pParent, const XPathStep& i_Step,
-                                            long i_Position, Node*& o_pChild) {
-  o_pChild = nullptr;
-  const ChildKey key(i_pParent, i_Step.getName());
+template <typename Matches>
+const std::vector<Node*>* XPathEvaluationContext::namedChildren(const Node* i_pParent,
+                                                                const String& i_Name,
+                                                                Matches i_Matches,
+                                                                TErrorCode* o_pResult) {
+  *o_pResult = 0;
+  if (m_pLastNamed != nullptr && i_pParent == m_pLastParent && i_Name == m_LastName) {
+    return m_pLastNamed;
+  }
+  const ChildKey key(i_pParent, i_Name);
   auto found = m_NamedChildren.find(key);
   if (found == m_NamedChildren.end()) {
     std::list<Node*> children;
-    const TErrorCode result = XPathStep::getChildrenXmlNodes(i_pParent, children);
-    if (result != 0) {
-      return result;
+    *o_pResult = XPathStep::getChildrenXmlNodes(i_pParent, children);
+    if (*o_pResult != 0) {
+      return nullptr;
     }
     admit(children.size());
     std::vector<Node*> passing;
     for (Node* pChild : children) {
-      if (i_Step.stepMatching(pChild) != 0) {
+      if (i_Matches(pChild)) {
         passing.push_back(pChild);
       }
     }
     found = m_NamedChildren.emplace(key, std::move(passing)).first;
   }
-  if (i_Position >= 1 && static_cast<size_t>(i_Position) <= found->second.size()) {
-    o_pChild = found->second[i_Position - 1];
+  m_pLastParent = i_pParent;
+  m_LastName = i_Name;
+  m_pLastNamed = &found->second;
+  return m_pLastNamed;
+}
+
+TErrorCode XPathEvaluationContext::pick(const std::vector<Node*>* i_pChildren, TErrorCode i_Result,
+                                        long i_Position, Node*& o_pChild) {
+  o_pChild = nullptr;
+  if (i_pChildren != nullptr && i_Position >= 1 &&
+      static_cast<size_t>(i_Position) <= i_pChildren->size()) {
+    o_pChild = (*i_pChildren)[i_Position - 1];
   }
-  return 0;
+  return i_Result;
+}
+
+TErrorCode XPathEvaluationContext::nthChild(const Node* i_pParent, const XPathStep& i_Step,
+                                            long i_Position, Node*& o_pChild) {
+  TErrorCode result = 0;
+  const std::vector<Node*>* pChildren = namedChildren(
+      i_pParent, i_Step.getName(),
+      [&i_Step](const Node* i_pChild) { return i_Step.stepMatching(i_pChild) != 0; }, &result);
+  return pick(pChildren, result, i_Position, o_pChild);
+}
+
+TErrorCode XPathEvaluationContext::nthChild(const Node* i_pParent, const String& i_Name,
+                                            long i_Position, Node*& o_pChild) {
+  TErrorCode result = 0;
+  const std::vector<Node*>* pChildren = namedChildren(
+      i_pParent, i_Name, [&i_Name](const Node* i_pChild) { return i_pChild->m_Name == i_Name; },
+      &result);
+  return pick(pChildren, result, i_Position, o_pChild);
 }
 
 TErrorCode XPathEvaluationContext::firstTextChild(const Node* i_pNode, Node*& o_pText) {

@@ -123,6 +123,9 @@ class XPathEvaluationContext {
   // siblings for every candidate.
   TErrorCode nthChild(const Node* i_pParent, const XPathStep& i_Step, long i_Position,
                       Node*& o_pChild);
+  // The same for the name test of exactly i_Name.
+  TErrorCode nthChild(const Node* i_pParent, const String& i_Name, long i_Position,
+                      Node*& o_pChild);
   // The first text child of a node, or null, in constant time however many children come
   // before it; -101 for a null node.
   TErrorCode firstTextChild(const Node* i_pNode, Node*& o_pText);
@@ -151,7 +154,20 @@ class XPathEvaluationContext {
   struct ChildKeyHash {
     size_t operator()(const ChildKey& i_Key) const;
   };
+  // The children of i_pParent that pass i_Matches, listed on first use under i_Name, or null
+  // when the host cannot list them (*o_pResult then holds its code).
+  template <typename Matches>
+  const std::vector<Node*>* namedChildren(const Node* i_pParent, const String& i_Name,
+                                          Matches i_Matches, TErrorCode* o_pResult);
+  // Picks the i_Position-th (1-based) of the listed children, or null.
+  static TErrorCode pick(const std::vector<Node*>* i_pChildren, TErrorCode i_Result,
+                         long i_Position, Node*& o_pChild);
+
   std::unordered_map<ChildKey, std::vector<Node*>, ChildKeyHash> m_NamedChildren;
+  // The last list asked for: the candidates of a predicate mostly share parent and name.
+  const Node* m_pLastParent = nullptr;
+  String m_LastName;
+  const std::vector<Node*>* m_pLastNamed = nullptr;
   std::unordered_map<const Node*, Node*> m_FirstTexts;  // of elements with many children
   std::unordered_set<const Node*> m_IndexedParents;
   std::unordered_map<const Node*, size_t> m_ChildPositions;  // of their children
