@@ -236,5 +236,6 @@ std::wstring String::toWide() const {
 }
 
 bool String::operator==(const String& i_Other) const {
-  return m_Buffer == i_Other.m_Buffer || compareTo(i_Other) == 0;
+  // Names are compared against every node of a search: most differ in length.
+  return m_Buffer == i_Other.m_Buffer || (length() == i_Other.length() && view() == i_Other.view());
 }

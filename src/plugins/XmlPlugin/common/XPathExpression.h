@@ -68,7 +68,7 @@ class XPathExpression {
   String GetExpression() const { return m_ExpressionString; }
   void SetExpressionString(const String& i_Text);
   // A copy of the pointers; the items stay owned by this expression.
-  XPathOutputElements getOutputNodesList() const { return m_OutputNodes; }
+  const XPathOutputElements& getOutputNodesList() const { return m_OutputNodes; }
   // Appends the output node list's items to io_Owner, which then owns them; the list is left
   // empty.
   void releaseOutputNodes(XPathOutputElements& io_Owner);

@@ -150,7 +150,9 @@ std::vector<XPathExpression*> XPathExpressionsParser::doTrans() {
 
 TErrorCode XPathExpressionsParser::doParse(XPathEvaluationContext& io_Context) {
   Trace trace(pluginTracer(), "XPathExpressionsParser::doParse");
-  std::vector<XPathExpression*> localStack;
+  // Kept between runs: a predicate runs once per candidate.
+  std::vector<XPathExpression*>& localStack = m_LocalStack;
+  localStack.clear();
   TErrorCode result = 0;
   for (XPathExpression* pExpression : m_XPathExpressionsVector) {
     pExpression->setStartNode(m_pStartNode);
@@ -165,7 +167,8 @@ TErrorCode XPathExpressionsParser::doParse(XPathEvaluationContext& io_Context) {
         static_cast<size_t>(std::max(pExpression->getArgumentsCount(), 0));
     HOST_TRACE(trace, 3) << "Arguments to read= " << argumentsToRead << " for "
                          << pExpression->GetExpression() << " function ";
-    std::vector<XPathExpression*> arguments;
+    std::vector<XPathExpression*>& arguments = m_Arguments;
+    arguments.clear();
     while (arguments.size() < argumentsToRead && !localStack.empty()) {
       XPathExpression* pArgument = localStack.back();
       if (pArgument->isOperator()) {

@@ -71,6 +71,9 @@ class XPathExpressionsParser {
   XPathDataType m_OutputType = BooleanType;
   std::list<Node*>* m_pSiblings = nullptr;
   std::deque<XPathExpression*> m_OperatorStack;
+  // doParse's value stack and the arguments of the operator at hand, kept for their capacity.
+  std::vector<XPathExpression*> m_LocalStack;
+  std::vector<XPathExpression*> m_Arguments;
   XPathExpression* m_pResultExpression = nullptr;
   std::vector<XPathExpression*> m_XPathExpressionsVector;
   std::vector<XPathExpression*> m_SourceOrder;

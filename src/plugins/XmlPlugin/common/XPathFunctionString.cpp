@@ -71,7 +71,7 @@ String XPathFunction_string::getItemString(const XPathOutputElement* i_pItem) {
 String XPathFunction_string::getValueString(const XPathExpression* i_pValue) {
   switch (i_pValue->getDataType()) {
     case NodeSetType: {
-      const XPathOutputElements items = i_pValue->getOutputNodesList();
+      const XPathOutputElements& items = i_pValue->getOutputNodesList();
       return items.empty() ? String() : getItemString(items.front());
     }
     case BooleanType:

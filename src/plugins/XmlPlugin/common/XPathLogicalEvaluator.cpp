@@ -261,7 +261,8 @@ std::vector<String> nodeStrings(const XPathExpression* i_pNodeSet) {
 // under "!=", where it deliberately ends the search with false.
 unsigned someNodeComparesWith(const XPathExpression* i_pNodeSet, double i_Number, bool i_NodeOnLeft,
                               int i_Oper) {
-  for (const String& text : nodeStrings(i_pNodeSet)) {
+  for (const XPathOutputElement* item : i_pNodeSet->getOutputNodesList()) {
+    const String text = XPathFunction_string::getItemString(item);
     double nodeNumber = 0.0;
     if (!XPathArgument::numberOfOperand(text, nodeNumber)) {
       if (i_Oper == NE) {
