@@ -98,17 +98,6 @@ bool XPathCompiledPath::isAbsolute() const {
   return m_Text.length() > 1 && m_Text.charAt(0) == L'/' && m_Text.charAt(1) != L'/';
 }
 
-const XPathStep* XPathCompiledPath::getStep(size_t i_Path, unsigned int i_Index,
-                                            TErrorCode& o_Result) const {
-  const std::vector<BuiltStep>& steps = m_Prepared[i_Path].m_Steps;
-  if (i_Index >= steps.size()) {
-    o_Result = HOST_ERROR_OUT_OF_RANGE;
-    return nullptr;
-  }
-  o_Result = steps[i_Index].m_Result;
-  return steps[i_Index].m_Step.get();
-}
-
 unsigned int XPathCompiledPath::firstStepReachingAgain(size_t i_Path) const {
   return m_Prepared[i_Path].m_FirstRepeatedStep;
 }

@@ -83,4 +83,16 @@ class XPathCompiledPath {
   bool m_AsksForExcludedParents = false;
 };
 
+// Inline: evaluation asks for a step at every node it visits.
+inline const XPathStep* XPathCompiledPath::getStep(size_t i_Path, unsigned int i_Index,
+                                                   TErrorCode& o_Result) const {
+  const std::vector<BuiltStep>& steps = m_Prepared[i_Path].m_Steps;
+  if (i_Index >= steps.size()) {
+    o_Result = HOST_ERROR_OUT_OF_RANGE;
+    return nullptr;
+  }
+  o_Result = steps[i_Index].m_Result;
+  return steps[i_Index].m_Step.get();
+}
+
 }  // namespace XmlPlugin

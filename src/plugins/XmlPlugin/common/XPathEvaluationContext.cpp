@@ -33,15 +33,6 @@ size_t scanPosition(const NodeList& i_Children, const Node* i_pChild) {
 
 XPathEvaluationContext::XPathEvaluationContext(unsigned long i_MaxWork) : m_MaxWork(i_MaxWork) {}
 
-bool XPathEvaluationContext::admit(unsigned long i_Cost) {
-  if (m_Refused || m_Nesting >= XPATH_MAX_STEP_NESTING || m_Work + i_Cost > m_MaxWork) {
-    refuse();
-    return false;
-  }
-  m_Work += i_Cost;
-  return true;
-}
-
 // Written out of line so that the frames of the step recursion stay small.
 [[gnu::noinline]] void XPathEvaluationContext::refuse() {
   if (m_Refused) {

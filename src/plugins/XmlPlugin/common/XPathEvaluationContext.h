@@ -173,4 +173,14 @@ class XPathEvaluationContext {
   std::unordered_map<const Node*, size_t> m_ChildPositions;  // of their children
 };
 
+// Inline: every node visited asks.
+inline bool XPathEvaluationContext::admit(unsigned long i_Cost) {
+  if (m_Refused || m_Nesting >= XPATH_MAX_STEP_NESTING || m_Work + i_Cost > m_MaxWork) {
+    refuse();
+    return false;
+  }
+  m_Work += i_Cost;
+  return true;
+}
+
 }  // namespace XmlPlugin
