@@ -273,7 +273,10 @@ TErrorCode XPathExpressionsParser::calculateBooleanOutput(XPathOutputElements& o
   }
   const bool isTrue = m_pResultExpression->GetExpressionBool() == 1;
   HOST_TRACE(trace, 3) << (isTrue ? " output set on TRUE" : " output set on FALSE");
-  o_Output.push_back(newValueElement(isTrue ? L"true" : L"false"));
+  // Shared texts: a predicate makes one such value per candidate.
+  static const String s_True(L"true");
+  static const String s_False(L"false");
+  o_Output.push_back(newValueElement(isTrue ? s_True : s_False));
   HOST_TRACE(trace, 3) << "result = " << 0;
   return 0;
 }

@@ -130,6 +130,8 @@ TErrorCode XPathPredicate::keepMatching(std::list<Node*>& io_Nodes,
   const XPathExpressionCache::Lease parser = XPathExpressionCache::get()->acquire(text);
   const unsigned long cost = XPATH_PREDICATE_EVALUATION_COST +
                              parser->getExpressionsVector().size() * XPATH_PREDICATE_ITEM_COST;
+  // One list for every candidate's value, emptied after each.
+  XPathOutputElements values;
   XPathEvaluationObserver* pObserver = io_Context.getObserver();
   if (pObserver != nullptr)
     pObserver->predicateStarted(text, io_Nodes.size());
@@ -141,7 +143,8 @@ TErrorCode XPathPredicate::keepMatching(std::list<Node*>& io_Nodes,
       prevNodeName = pCandidate->m_Name;
     }
     bool keep = false;
-    result = judge(*parser, cost, pCandidate, io_Nodes, namePosition, position, io_Context, keep);
+    result = judge(*parser, cost, pCandidate, io_Nodes, namePosition, position, io_Context, values,
+                   keep);
     if (pObserver != nullptr)
       pObserver->candidateJudged(*pCandidate, position, *parser, result, keep);
     if (keep) {
@@ -159,7 +162,8 @@ TErrorCode XPathPredicate::keepMatching(std::list<Node*>& io_Nodes,
 TErrorCode XPathPredicate::judge(XPathExpressionsParser& io_Parser, unsigned long i_Cost,
                                  Node* i_pCandidate, std::list<Node*>& i_Candidates,
                                  long i_RootPosition, long i_Position,
-                                 XPathEvaluationContext& io_Context, bool& o_Keep) const {
+                                 XPathEvaluationContext& io_Context, XPathOutputElements& io_Values,
+                                 bool& o_Keep) const {
   Trace trace(pluginTracer(), "XPathPredicate::fiterNodes");
   HOST_TRACE(trace, 3) << "Node to check = " << i_pCandidate->m_Name
                        << " root position = " << i_RootPosition;
@@ -176,20 +180,19 @@ TErrorCode XPathPredicate::judge(XPathExpressionsParser& io_Parser, unsigned lon
   if (result != 0) {
     return result;
   }
-  XPathOutputElements values;
-  OutputElementsGuard guard(values);
-  result = io_Parser.getValues(values);
-  if (result != 0 || values.empty()) {
+  OutputElementsGuard guard(io_Values);
+  result = io_Parser.getValues(io_Values);
+  if (result != 0 || io_Values.empty()) {
     return result;
   }
   HOST_TRACE(trace, 3) << "result OK. values.size() = "
-                       << static_cast<unsigned long>(values.size());
+                       << static_cast<unsigned long>(io_Values.size());
   switch (io_Parser.getXPathOutputType()) {
     case BooleanType:
-      o_Keep = values.front()->m_Value.compareTo(L"true") == 0;
+      o_Keep = io_Values.front()->m_Value.compareTo(L"true") == 0;
       break;
     case NumberType:
-      o_Keep = values.front()->m_Value == formatInteger(i_Position);
+      o_Keep = io_Values.front()->m_Value == formatInteger(i_Position);
       break;
     case StringType:
     case NodeSetType:

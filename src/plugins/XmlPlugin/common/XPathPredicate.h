@@ -4,6 +4,7 @@
 #include <list>
 #include <memory>
 
+#include "XPathOutputElement.h"
 #include "host/Node.h"
 #include "host/String.h"
 #include "host/Types.h"
@@ -52,10 +53,12 @@ class XPathPredicate {
   // fiterNodes over a list that is not empty: the condition compiled once, run per candidate.
   TErrorCode keepMatching(std::list<Node*>& io_Nodes, XPathEvaluationContext& io_Context) const;
   // One candidate's verdict from a run of the compiled condition; i_Cost is what the run
-  // counts against the request's work budget.
+  // counts against the request's work budget. io_Values is an empty list to take the run's
+  // value, emptied again on return.
   TErrorCode judge(XPathExpressionsParser& io_Parser, unsigned long i_Cost, Node* i_pCandidate,
                    std::list<Node*>& i_Candidates, long i_RootPosition, long i_Position,
-                   XPathEvaluationContext& io_Context, bool& o_Keep) const;
+                   XPathEvaluationContext& io_Context, XPathOutputElements& io_Values,
+                   bool& o_Keep) const;
 
   std::shared_ptr<const String> m_pText;
   int m_Open;               // the opening bracket in m_pText
