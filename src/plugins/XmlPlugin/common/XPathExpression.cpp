@@ -93,10 +93,11 @@ void XPathExpression::clearValue() {
 }
 
 String XPathExpression::CutQuota(const String& i_Text) {
-  for (const wchar_t* quote : {L"\"", L"'"}) {
-    if (i_Text.startsWith(quote) && i_Text.endsWith(quote)) {
-      return i_Text.substring(i_Text.indexOf(quote) + 1, i_Text.lastIndexOf(quote) - 1);
-    }
+  // Read in place: every computed value passes here.
+  const int last = i_Text.length() - 1;
+  const wchar_t first = i_Text.charAt(0);
+  if (last >= 0 && (first == L'"' || first == L'\'') && i_Text.charAt(last) == first) {
+    return i_Text.substring(1, last - 1);
   }
   return i_Text;
 }

@@ -246,6 +246,11 @@ TErrorCode XPathStep::filterNodes(std::list<Node*>& io_Nodes,
     return 0;
   }
   io_Nodes.remove_if([this](const Node* i_pNode) { return stepMatching(i_pNode) == 0; });
+  return applyPredicates(io_Nodes, io_Context);
+}
+
+TErrorCode XPathStep::applyPredicates(std::list<Node*>& io_Nodes,
+                                      XPathEvaluationContext& io_Context) const {
   for (size_t index = 0; index < m_Predicates.size(); ++index) {
     if (io_Nodes.empty()) {
       // On no candidates only a predicate without text fails; the others need no call each.
@@ -292,7 +297,7 @@ TErrorCode XPathStep::markFiltered(std::vector<MarkedNode>& io_Candidates,
       passed.push_back(candidate.m_Node);
     }
   }
-  const TErrorCode result = filterNodes(passed, io_Context);
+  const TErrorCode result = applyPredicates(passed, io_Context);
   // Filtering keeps the order, so the passing nodes are met in step with the candidates.
   std::list<Node*>::const_iterator next = passed.begin();
   for (MarkedNode& candidate : io_Candidates) {

@@ -147,6 +147,9 @@ class XPathStep {
             XPathPredicates&& i_Predicates);
 
  private:
+  // filterNodes on nodes that passed the name test already.
+  TErrorCode applyPredicates(std::list<Node*>& io_Nodes, XPathEvaluationContext& io_Context) const;
+
   XPathPredicates m_Predicates;
   String m_Name;
   StepType m_StepType;
