@@ -55,7 +55,7 @@ class XPathFunction {
   void setEvaluationContext(XPathEvaluationContext* i_pContext) { m_pContext = i_pContext; }
   XPathDataType GetReturnType() const { return m_ReturnType; }
   void setReturnType(XPathDataType i_Type) { m_ReturnType = i_Type; }
-  std::vector<XPathDataType> getParametersType() const { return m_ParametersType; }
+  const std::vector<XPathDataType>& getParametersType() const { return m_ParametersType; }
   void addParameterType(XPathDataType i_Type) { m_ParametersType.push_back(i_Type); }
   std::vector<XPathExpression*>* getFunctionParameters() { return &m_FunctionParameters; }
   void addFunctionParameter(XPathExpression* i_pParameter);

@@ -66,6 +66,15 @@ locale_t classicLocale() {
 }  // namespace
 
 String formatNumber(double i_Value) {
+  // Every comparison makes a 0 or a 1, a predicate one per candidate: those texts are shared.
+  static const String s_Zero(L"0");
+  static const String s_One(L"1");
+  if (i_Value == 1.0) {
+    return s_One;
+  }
+  if (i_Value == 0.0 && !std::signbit(i_Value)) {
+    return s_Zero;
+  }
   char narrow[32];
   const std::to_chars_result written =
       std::to_chars(narrow, narrow + sizeof(narrow), i_Value, std::chars_format::general, 6);

@@ -118,7 +118,7 @@ TErrorCode XPathOperator::evaluate(const std::vector<XPathExpression*>& i_Expres
 bool XPathOperator::convertTypeParameters(
     const std::vector<XPathExpression*>& i_ExpressionsVector) {
   Trace trace(pluginTracer(), "XPathOperator::convertTypeParameters");
-  const std::vector<XPathDataType> types = m_pFunction->getParametersType();
+  const std::vector<XPathDataType>& types = m_pFunction->getParametersType();
   if (types.empty()) {
     m_pFunction->setFunctionParameters(i_ExpressionsVector);
     return true;
