@@ -99,6 +99,9 @@ class XPathExpression {
   XPathDataType m_DataType = BooleanType;
 
  private:
+  // The largest result storage clearValue keeps.
+  static const size_t KEPT_OUTPUT_CAPACITY = 64;
+
   String m_ExpressionString;
   // CutQuota of the text, kept with it: conversions read it for every evaluation.
   String m_UnquotedString;

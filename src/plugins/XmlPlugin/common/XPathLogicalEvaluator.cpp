@@ -471,8 +471,8 @@ unsigned XPathLogicalEvaluator::evaluateStringNode(const XPathExpression* L,
   // "=" wants a node equal to the string, "!=" a node that differs.
   const String text = R->GetExpressionString();
   const bool wantEqual = oper == EQ;
-  for (const String& nodeText : nodeStrings(L)) {
-    if ((nodeText == text) == wantEqual) {
+  for (const XPathOutputElement* item : L->getOutputNodesList()) {
+    if ((XPathFunction_string::getItemString(item) == text) == wantEqual) {
       return 1;
     }
   }
