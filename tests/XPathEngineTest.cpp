@@ -39,15 +39,6 @@ std::string XPathEngineTest::m_File;
 
 }  // namespace
 
-TEST_F(XPathEngineTest, ShapesEachResultType) {
-  // clang-format off
-  TestRows::expectRows({
-      {"1 = 1", "0:true"}, {"1 = 2", "0:false"}, {"concat('a','b')", "0:ab"}, {"1 + 1", "0:2"},
-      {"count(/a/b)", "0:2"}, {"/a/b", "0:1,2"}, {"/a/zzz", "0:"},
-  }, [](const std::string& i_XPath) { return run(i_XPath); });
-  // clang-format on
-}
-
 TEST_F(XPathEngineTest, FailureLeavesOutputAsItWas) {
   const std::string missing = m_File + ".missing";
   // Past the step nesting bound, also where a function hides the path's own code.

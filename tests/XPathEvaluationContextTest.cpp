@@ -5,6 +5,7 @@
 
 #include <string>
 
+#include "EngineAnswer.h"
 #include "TestXml.h"
 #include "XPathExpressionsParser.h"
 #include "XPathStep.h"
@@ -14,24 +15,9 @@ using namespace XmlPlugin;
 
 namespace {
 
-// "code:value,value" of an expression evaluated from the root within io_Context; a request
-// refused on the way fails as a whole, as XPathEngine reports it.
 std::string evaluate(const char* i_XPath, Node* i_pRoot, XPathEvaluationContext& io_Context) {
   XPathExpressionsParser parser{String(i_XPath)};
-  TErrorCode result = parser.runParser(i_pRoot, io_Context);
-  XPathOutputElements values;
-  OutputElementsGuard guard(values);
-  if (result == 0) {
-    result = parser.getValues(values);
-  }
-  if (result == 0 && io_Context.isRefused()) {
-    result = XML_PLUGIN_ERROR_XPATH_UNSUPPORTED_EXPRESSION;
-  }
-  std::string text = std::to_string(result) + ":";
-  for (size_t i = 0; result == 0 && i < values.size(); ++i) {
-    text += (i == 0 ? "" : ",") + values[i]->hostValue().toNarrow();
-  }
-  return text;
+  return parserAnswer(parser, i_pRoot, io_Context);
 }
 
 // The work one evaluation of the expression takes.
