@@ -115,25 +115,3 @@ TEST(XPathExpressionTest, CopyKeepsTheValueAndOwnsItsContext) {
   EXPECT_EQ(target.GetExpression(), String());
   EXPECT_EQ(target.getStartNode()->m_Index, 4);
 }
-
-TEST(XPathExpressionTest, CreateMakesOperatorsAndOperands) {
-  const struct {
-    const wchar_t* m_Token;
-    const wchar_t* m_Next;
-    bool m_Operator;
-    XPathDataType m_Type;
-  } rows[] = {
-      {L"count", L"(", true, BooleanType}, {L"count", L"/", false, NodeSetType},
-      {L"div", L"", true, BooleanType},    {L"'12'", L"", false, NumberType},
-      {L"'ab'", L"", false, StringType},   {L"a/b[1]", L"", false, NodeSetType},
-  };
-  for (const auto& row : rows) {
-    std::unique_ptr<XPathExpression> pItem(
-        XPathExpression::create(row.m_Token, row.m_Next, nullptr));
-    EXPECT_EQ(pItem->isOperator(), row.m_Operator) << String(row.m_Token).toNarrow();
-    EXPECT_EQ(pItem->GetExpression(), String(row.m_Token));
-    if (!row.m_Operator) {
-      EXPECT_EQ(pItem->getDataType(), row.m_Type) << String(row.m_Token).toNarrow();
-    }
-  }
-}

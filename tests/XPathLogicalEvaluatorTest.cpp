@@ -29,20 +29,6 @@ void expectComparisons(const std::vector<TestRows::Row>& i_Rows) {
   TestRows::expectRows(i_Rows, [](const std::string& i_Row) { return compare(i_Row); });
 }
 
-TEST(XPathLogicalEvaluatorTest, Indexes) {
-  const wchar_t* const operators[] = {L"=", L"!=", L"<", L">", L"<=", L">=", L"and", L"or"};
-  for (int i = 0; i < 8; ++i) {
-    EXPECT_EQ(i, XPathLogicalEvaluator::getOperIndex(operators[i])) << i;
-  }
-  EXPECT_EQ(0, XPathLogicalEvaluator::getOperIndex(L"AND"));
-
-  const wchar_t* const kinds[] = {L"5",      L"NaN", L"Infinity", L"-Infinity",
-                                  L"true()", L"'a'", L"{}",       L"ZeroByInfinity"};
-  for (int i = 0; i < 8; ++i) {
-    EXPECT_EQ(i < 7 ? i : -1, XPathLogicalEvaluator::getTypeIndex(makeValue(kinds[i]).get())) << i;
-  }
-}
-
 TEST(XPathLogicalEvaluatorTest, NumericComparisonIsIeee) {
   const double nan = std::nan("");
   EXPECT_EQ(0u, XPathLogicalEvaluator::evaluateLogicalOperation(nan, nan, L"="));

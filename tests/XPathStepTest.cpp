@@ -54,24 +54,6 @@ TEST(XPathStepTest, FactoryChecksNames) {
   EXPECT_EQ(pStep->getStepType(), root);
 }
 
-TEST(XPathStepTest, AxisNames) {
-  const struct {
-    const char* m_Name;
-    StepAxis m_Axis;
-  } rows[] = {
-      // clang-format off
-      {"attribute", attribute}, {"child", child}, {"descendant", descendant}, {"self", self},
-      {"descendant-or-self", descendant_or_self}, {"following", following},
-      {"preceding", preceding}, {"ancestor", ancestor}, {"ancestor-or-self", ancestor_or_self},
-      {"following-sibling", following_sibling}, {"preceding-sibling", preceding_sibling},
-      {"parent", parent}, {"namespace", child}, {"Parent", child}, {"", child},
-      // clang-format on
-  };
-  for (const auto& row : rows) {
-    EXPECT_EQ(XPathStep::receiveAxis(String(row.m_Name)), row.m_Axis) << row.m_Name;
-  }
-}
-
 TEST(XPathStepTest, NameTest) {
   std::unique_ptr<Node> pTree = parseXml("<p:list><item/></p:list>");
   ASSERT_NE(pTree, nullptr);

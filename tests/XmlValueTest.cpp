@@ -105,14 +105,4 @@ TEST_F(XmlValueTest, PropertiesResultCountsAndMustExist) {
   }
 }
 
-TEST_F(XmlValueTest, OptionalPropertyFallsBackToTheDefaultPointer) {
-  XmlValue scalar;
-  XmlValues vector;
-  const wchar_t* const fallback = L"fallback";
-  EXPECT_EQ(scalar.getOptionalProperty(L"mustExist", fallback), fallback);
-  EXPECT_EQ(vector.getOptionalProperty(L"mustExist", fallback), fallback);
-  scalar.setProperty(L"mustExist", L"");
-  EXPECT_STREQ(scalar.getOptionalProperty(L"mustExist", fallback), L"");
-}
-
 }  // namespace
