@@ -6,6 +6,7 @@
 #include <string>
 
 #include "EngineAnswer.h"
+#include "TestLimits.h"
 #include "TestXml.h"
 #include "XPathExpressionsParser.h"
 #include "XPathStep.h"
@@ -27,13 +28,9 @@ unsigned long workOf(const char* i_XPath, Node* i_pRoot) {
   return context.getWork();
 }
 
-// <r> holding i_Count elements <i/>, the text "t" after the first i_TextAfter of them.
-std::string flat(int i_Count, int i_TextAfter) {
-  std::string xml = "<r>";
-  for (int i = 0; i < i_Count; ++i) {
-    xml += i == i_TextAfter ? "t<i/>" : "<i/>";
-  }
-  return xml + "</r>";
+// <r> holding i_Count elements <i/>.
+std::string flat(int i_Count) {
+  return "<r>" + repeated("<i/>", i_Count) + "</r>";
 }
 
 }  // namespace
@@ -52,7 +49,8 @@ TEST(XPathEvaluationContextTest, RefusalIsSticky) {
 // The indexes answer like a scan of the children, for short lists and for long ones.
 TEST(XPathEvaluationContextTest, IndexesAnswerLikeAScan) {
   for (int count : {3, 40}) {
-    std::unique_ptr<Node> pTree = parseXml(flat(count, count - 2));
+    std::unique_ptr<Node> pTree =
+        parseXml("<r>" + repeated("<i/>", count - 2) + "t" + repeated("<i/>", 2) + "</r>");
     ASSERT_NE(pTree, nullptr);
     XPathEvaluationContext context;
     Node* pText = nullptr;
@@ -81,7 +79,7 @@ TEST(XPathEvaluationContextTest, IndexesAnswerLikeAScan) {
 }
 
 TEST(XPathEvaluationContextTest, PositionOfTheJudgedCandidateNeedsNoSearch) {
-  std::unique_ptr<Node> pTree = parseXml(flat(5, -1));
+  std::unique_ptr<Node> pTree = parseXml(flat(5));
   ASSERT_NE(pTree, nullptr);
   std::list<Node*> candidates;
   XPathStep::getChildrenXmlNodes(pTree.get(), candidates);
@@ -99,7 +97,7 @@ TEST(XPathEvaluationContextTest, PositionOfTheJudgedCandidateNeedsNoSearch) {
 
 // Every path operand and every predicate of a request draws on the one budget.
 TEST(XPathEvaluationContextTest, OperandsAndPredicatesShareOneBudget) {
-  std::unique_ptr<Node> pTree = parseXml(flat(50, -1));
+  std::unique_ptr<Node> pTree = parseXml(flat(50));
   ASSERT_NE(pTree, nullptr);
   const struct {
     const char* m_One;
@@ -125,7 +123,7 @@ TEST(XPathEvaluationContextTest, OperandsAndPredicatesShareOneBudget) {
 // before the budget stopped them answer now, and those whose answer itself is quadratic are
 // refused once the budget is spent.
 TEST(XPathEvaluationContextTest, WideDocumentsAnswerWithinTheBudget) {
-  std::unique_ptr<Node> pTree = parseXml(flat(1000, -1));
+  std::unique_ptr<Node> pTree = parseXml(flat(1000));
   ASSERT_NE(pTree, nullptr);
   const char* const rows[][2] = {
       {"count(/r/i/ancestor::r)", "0:1"},
