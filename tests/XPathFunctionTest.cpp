@@ -82,19 +82,6 @@ TEST(XPathFunctionRegistryTest, NamesNeedAnOpeningParenthesis) {
             nullptr);
 }
 
-TEST(XPathFunctionRegistryTest, ParenthesisAfterAFunctionNameIsFunctionStyle) {
-  const struct {
-    const wchar_t* m_Previous;
-    bool m_Infix;
-  } rows[] = {{L"concat", true}, {L"+", false}, {L"foo", false}, {nullptr, false}};
-  for (const auto& row : rows) {
-    std::unique_ptr<XPathExpression> pPrevious(
-        row.m_Previous != nullptr ? new XPathExpression(String(row.m_Previous)) : nullptr);
-    std::unique_ptr<XPathFunction> pOpen(XPathFunctionFactory::create(L"(", L"", pPrevious.get()));
-    EXPECT_EQ(pOpen->isInfix(), row.m_Infix) << String(row.m_Previous).toNarrow();
-  }
-}
-
 TEST(XPathFunctionTest, StringFunctions) {
   // clang-format off
   expectCalls({
