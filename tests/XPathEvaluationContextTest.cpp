@@ -152,7 +152,7 @@ TEST(XPathEvaluationContextTest, PositionPredicatesWithBlanks) {
       {"/r/i[position()=2]", "0:3"},          {"/r/i[position() = 2]", "0:3"},
       {"/r/i[ position()= 2 ]", "0:3"},       {"/r/*[position()  =  5]", "0:5"},
       {"/r/i[position() = 4]", "0:"},         {"count(/r/*[position() = 0])", "0:0"},
-      {"/r/i[position() = 2]/../j", "0:2,5"},
+      {"/r/i[position() = 2]/../j", "0:2,5"}, {"/r/i[position()=2][@x]", "0:"},
   };
   for (const auto& row : rows) {
     XPathEvaluationContext context;

@@ -151,6 +151,7 @@ TEST(XPathStepTest, PredicatesMarkAndFilter) {
       {"b", "0|---|bcb"}, {"b[@id]", "0|-xx|b"}, {"*[2]", "0|x-x|c"}, {"b[@none][1]", "0|xxx|"},
       // "[]" fails also once no candidate is left; here it hides in a literal.
       {"b[@none][@x='[]']", unsupported + "|xxx|"}, {"b[@id][]", unsupported + "|-xx|b"},
+      {"b[@none][]", unsupported + "|xxx|"},
       // clang-format on
   };
   TestRows::expectRows(rows, [&](const std::string& i_Step) {
