@@ -1,10 +1,8 @@
-#include "XPath.h"
 #include "XPathEngine.h"
 
 #include <gtest/gtest.h>
 
 #include <fstream>
-#include <functional>
 #include <string>
 #include <vector>
 

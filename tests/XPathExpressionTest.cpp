@@ -7,7 +7,6 @@
 #include "TestRows.h"
 #include "XPathArgument.h"
 #include "XPathExpression.h"
-#include "XmlPluginConstants.h"
 
 using namespace XmlPlugin;
 

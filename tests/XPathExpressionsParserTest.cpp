@@ -10,7 +10,6 @@
 #include "TestRows.h"
 #include "TestTrace.h"
 #include "XPathEvaluationContext.h"
-#include "XmlPlugin/XmlPluginReasons.h"
 #include "XmlPluginConstants.h"
 
 using namespace XmlPlugin;

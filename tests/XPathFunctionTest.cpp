@@ -8,7 +8,6 @@
 
 #include "TestRows.h"
 #include "XPathFunction.h"
-#include "XmlPluginConstants.h"
 
 using namespace XmlPlugin;
 using TestRows::call;

@@ -6,7 +6,6 @@
 #include <string>
 
 #include "TestRows.h"
-#include "XPath.h"
 #include "XPathEvaluationContext.h"
 #include "XPathStep.h"
 #include "XmlPluginConstants.h"

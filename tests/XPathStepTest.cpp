@@ -7,7 +7,6 @@
 
 #include "TestRows.h"
 #include "XPathEvaluationContext.h"
-#include "XPathPredicate.h"
 #include "XmlPluginConstants.h"
 
 using namespace XmlPlugin;

@@ -7,7 +7,6 @@
 
 #include "TestLimits.h"
 #include "TestRows.h"
-#include "XPathOperator.h"
 #include "XmlPluginConstants.h"
 
 using namespace XmlPlugin;
