@@ -52,11 +52,9 @@ void expectRows(const std::vector<TestRows::Row>& i_Rows) {
 TEST(XPathTokenizerTest, AcceptsAndRejects) {
   // clang-format off
   expectRows({
-      {"/", "-15105|"}, {"", "-15105|"}, {"   ", "-15105|"}, {"comment()", "-15105|"},
-      {"processing-instruction()", "-15105|"}, {"descendant-or-self::node()", "-15105|"},
-      {"following-sibling::a", "-15105|"}, {"child", "-15105|"}, {".5", "-15105|"},
-      {"price - 1", "-15105|"}, {"(1", "-15105|"}, {"1)", "-15105|"}, {"'abc", "-15105|"},
-      {"concat('a',)", "-15105|"}, {"a and", "-15105|"}, {"text()", "0|text()"},
+      // The rejection table holds more texts that are rejected, with the reasons.
+      {"child", "-15105|"}, {"1)", "-15105|"}, {"concat('a',)", "-15105|"}, {"a and", "-15105|"},
+      {"text()", "0|text()"},
       {"a/node()", "0|a/node()"}, {"parentNode", "0|parentNode"}, {"child::a/@*", "0|child::a/@*"},
       {"a/../b/.", "0|a/../b/."}, {"/a", "0|/a"}, {"//a[@b='x']/text()", "0|//a[@b='x']/text()"},
       {"a -b", "0|a -b"}, {"1 - 2", "0|1 - 2"}, {"count(a) - 1", "0|count ( a ) - 1"},
