@@ -38,33 +38,29 @@ std::string XPathEngineTest::m_File;
 }  // namespace
 
 TEST_F(XPathEngineTest, FailureLeavesOutputAsItWas) {
-  const std::string missing = m_File + ".missing";
-  // Past the step nesting bound, also where a function hides the path's own code.
   const std::string tooDeep = "a" + repeated("/.", XPATH_MAX_STEP_NESTING + 1);
-  const std::string countTooDeep = "count(" + tooDeep + ")";
-  // A predicate's own failures only drop its candidate; a refusal fails the request.
   const std::string selfTooDeep = "." + repeated("/.", XPATH_MAX_STEP_NESTING);
-  const std::string predicateTooDeep = "/a[" + selfTooDeep + "]";
-  const std::string countPredicateTooDeep = "count(/a/b[" + selfTooDeep + "])";
   const struct {
-    const char* m_XPath;
-    const std::string& m_File;
+    std::string m_XPath;
+    std::string m_File;
     TErrorCode m_Code;
   } rows[] = {{"1 +", m_File, -15105},
               {"count()", m_File, -15004},
-              {"1 + 1", missing, -15103},
-              {tooDeep.c_str(), m_File, -15106},
-              {countTooDeep.c_str(), m_File, -15106},
-              {predicateTooDeep.c_str(), m_File, -15106},
-              {countPredicateTooDeep.c_str(), m_File, -15106}};
+              {"1 + 1", m_File + ".missing", -15103},
+              // Past the step nesting bound, also where a function hides the path's own code.
+              {tooDeep, m_File, -15106},
+              {"count(" + tooDeep + ")", m_File, -15106},
+              // A predicate's own failures only drop its candidate; a refusal fails the request.
+              {"/a[" + selfTooDeep + "]", m_File, -15106},
+              {"count(/a/b[" + selfTooDeep + "])", m_File, -15106}};
   for (const auto& row : rows) {
     XPathOutputElements values;
     OutputElementsGuard guard(values);
     values.push_back(new XPathOutputElement());
-    EXPECT_EQ(XPathEngine().start(String(row.m_XPath), String(row.m_File.c_str()), values),
+    EXPECT_EQ(XPathEngine().start(String(row.m_XPath.c_str()), String(row.m_File.c_str()), values),
               row.m_Code)
-        << row.m_XPath;
-    EXPECT_EQ(values.size(), 1u) << row.m_XPath;
+        << row.m_XPath.substr(0, 40);
+    EXPECT_EQ(values.size(), 1u) << row.m_XPath.substr(0, 40);
   }
 }
 
