@@ -142,9 +142,9 @@ TEST(XPathStepTest, PredicatesMarkAndFilter) {
       // clang-format off
       // Without predicates nothing is marked or filtered, not even c, which fails the name test.
       {"b", "0|---|bcb"}, {"b[@id]", "0|-xx|b"}, {"*[2]", "0|x-x|c"}, {"b[@none][1]", "0|xxx|"},
-      // "[]" fails also once no candidate is left; here it hides in a literal.
-      {"b[@none][@x='[]']", unsupported + "|xxx|"}, {"b[@id][]", unsupported + "|-xx|b"},
-      {"b[@none][]", unsupported + "|xxx|"},
+      // "[]" fails also once no candidate is left, and where it hides in a literal.
+      {"b[@none][]", unsupported + "|xxx|"}, {"b[@none][@x='[]']", unsupported + "|xxx|"},
+      {"b[@id][]", unsupported + "|-xx|b"},
       // clang-format on
   };
   TestRows::expectRows(rows, [&](const std::string& i_Step) {
