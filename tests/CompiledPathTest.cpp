@@ -8,10 +8,10 @@
 #include <vector>
 
 #include "EngineAnswer.h"
+#include "TestTrace.h"
 #include "TestXml.h"
 #include "XPathExpressionCache.h"
 #include "XmlCache.h"
-#include "host/Trace.h"
 
 using namespace XmlPlugin;
 
@@ -20,8 +20,6 @@ namespace {
 class CompiledPathTest : public testing::Test {
  protected:
   void TearDown() override {
-    Tracer::setListener(Tracer::Listener());
-    Tracer::setLevel(0);
     XmlCache::cleanup();
     XPathExpressionCache::cleanup();
   }
@@ -88,19 +86,12 @@ TEST_F(CompiledPathTest, AnOperandOutlivesTheDocumentItWasAnchoredIn) {
 
 TEST_F(CompiledPathTest, TracesShowThePathAsAnchoredForTheCandidate) {
   const TestXml::TempFile file(MIXED);
-  std::vector<std::wstring> queries;
-  Tracer::setLevel(3);
-  Tracer::setListener([&queries](const TraceRecord& i_Record) {
-    if (std::string(i_Record.function) == "XPath::XPath") {
-      queries.push_back(i_Record.text);
-    }
-  });
+  TraceCollector collector(3);
   EXPECT_EQ(engineAnswer("/r/a/b[@id = 3]", file.path()), "0:z");
-  Tracer::setListener(Tracer::Listener());
-  const std::vector<std::wstring> expected = {L"XPath query = /r/a/b[@id = 3]",
-                                              L"XPath query = a/b[position()=1]/@id",
-                                              L"XPath query = a/b[position()=2]/@id"};
-  EXPECT_EQ(queries, expected);
+  const std::vector<std::string> expected = {"XPath query = /r/a/b[@id = 3]",
+                                             "XPath query = a/b[position()=1]/@id",
+                                             "XPath query = a/b[position()=2]/@id"};
+  EXPECT_EQ(collector.texts("XPath::XPath"), expected);
 }
 
 TEST(CompiledPathSplitTest, AnchorMarkStandsForThePositionInTheText) {

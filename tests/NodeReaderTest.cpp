@@ -151,35 +151,39 @@ TEST(NodeReader, SmallChunksGiveTheSameResults) {
   }
 }
 
-TEST(NodeReader, EncodingsAreDecoded) {
-  EXPECT_EQ(L"r#0[a=\xE9#1]('caf\xE9'#2)", readFile(READER_DATA + "latin1.xml").tree);
-  EXPECT_EQ(L"r#0[a=\x20AC#1]('\xE9\x1F600'#2)", readFile(READER_DATA + "utf16.xml").tree);
-}
-
-TEST(NodeReader, OutsideContentIsNeverLoaded) {
-  // The external subset would add an attribute if it were read.
-  EXPECT_EQ(L"r#0", readFile(READER_DATA + "external-dtd.xml").tree);
-  const Outcome outcome = readFile(READER_DATA + "external-entity.xml");
-  EXPECT_EQ(NODE_READER_STATUS_REFUSED, outcome.status);
-  EXPECT_EQ(L"entity declarations are not allowed: secret", outcome.tree);
-}
-
-TEST(NodeReader, OnlyReadableRegularFilesWithinTheLimitAreRead) {
-  const Outcome missing = readFile(READER_DATA + "missing.xml");
-  EXPECT_EQ(NODE_READER_STATUS_UNREADABLE, missing.status);
-  EXPECT_EQ(L"cannot open file: No such file or directory", missing.tree);
-  EXPECT_EQ(0, missing.line);
-  EXPECT_EQ(NODE_READER_STATUS_REFUSED, readFile(READER_DATA).status);
-  EXPECT_EQ(L"not a regular file", readFile("/dev/zero").tree);
+// Files of the reader's data directory, and files that are not regular or are too large.
+TEST(NodeReader, FilesGiveTreesOrReportedFailures) {
   TempFile fifo("", ".fifo");
   unlink(fifo.path().c_str());
   ASSERT_EQ(0, mkfifo(fifo.path().c_str(), 0600));
-  EXPECT_EQ(L"not a regular file", readFile(fifo.path()).tree);
   TempFile large("<r>0123456789</r>");
-  const Outcome tooLarge = readFile(large.path(), 0, 10);
-  EXPECT_EQ(NODE_READER_STATUS_REFUSED, tooLarge.status);
-  EXPECT_EQ(L"file larger than 10 bytes", tooLarge.tree);
-  EXPECT_EQ(0, readFile(large.path(), 0, 17).status);
+  const struct {
+    std::string m_Path;
+    uint32_t m_MaxSize;
+    int32_t m_Status;
+    std::wstring m_Expected;
+    int m_Line;
+  } rows[] = {
+      {READER_DATA + "latin1.xml", 0, 0, L"r#0[a=\xE9#1]('caf\xE9'#2)", -1},
+      {READER_DATA + "utf16.xml", 0, 0, L"r#0[a=\x20AC#1]('\xE9\x1F600'#2)", -1},
+      // The external subset would add an attribute if it were read.
+      {READER_DATA + "external-dtd.xml", 0, 0, L"r#0", -1},
+      {READER_DATA + "external-entity.xml", 0, NODE_READER_STATUS_REFUSED,
+       L"entity declarations are not allowed: secret", 3},
+      {READER_DATA + "missing.xml", 0, NODE_READER_STATUS_UNREADABLE,
+       L"cannot open file: No such file or directory", 0},
+      {READER_DATA, 0, NODE_READER_STATUS_REFUSED, L"not a regular file", 0},
+      {"/dev/zero", 0, NODE_READER_STATUS_REFUSED, L"not a regular file", 0},
+      {fifo.path(), 0, NODE_READER_STATUS_REFUSED, L"not a regular file", 0},
+      {large.path(), 10, NODE_READER_STATUS_REFUSED, L"file larger than 10 bytes", 0},
+      {large.path(), 17, 0, L"r#0('0123456789'#1)", -1},
+  };
+  for (const auto& row : rows) {
+    const Outcome outcome = readFile(row.m_Path, 0, row.m_MaxSize);
+    EXPECT_EQ(row.m_Status, outcome.status) << row.m_Path;
+    EXPECT_EQ(row.m_Expected, outcome.tree) << row.m_Path;
+    EXPECT_EQ(row.m_Line, outcome.line) << row.m_Path;
+  }
 }
 
 TEST(NodeReader, OptionsKeepBlankTextTrimAndSkipComments) {

@@ -3,21 +3,10 @@
 #include <string>
 #include <vector>
 
+#include "TestTrace.h"
 #include "host/Trace.h"
 
 namespace {
-
-class TraceTest : public testing::Test {
- protected:
-  void SetUp() override {
-    Tracer::setListener([this](const TraceRecord& i_Record) { m_Records.push_back(i_Record); });
-  }
-  void TearDown() override {
-    Tracer::setListener(Tracer::Listener());
-    Tracer::setLevel(0);
-  }
-  std::vector<TraceRecord> m_Records;
-};
 
 int sideEffects = 0;
 
@@ -26,38 +15,39 @@ int countedOperand() {
   return 7;
 }
 
-TEST_F(TraceTest, FilteredRecordsEvaluateNothing) {
-  Tracer::setLevel(1);
+TEST(TraceTest, FilteredRecordsEvaluateNothing) {
+  TraceCollector collector(1);
   Trace trace(Tracer::getInstance(5), "TraceTest::off");
   sideEffects = 0;
   HOST_TRACE(trace, 2) << "never " << countedOperand();
   HOST_TRACE(trace, 3) << "never " << countedOperand();
   EXPECT_EQ(0, sideEffects);
-  EXPECT_TRUE(m_Records.empty());
+  EXPECT_TRUE(collector.m_Records.empty());
   Tracer::setLevel(0);
   HOST_TRACE(trace, 1) << "never " << countedOperand();
   EXPECT_EQ(0, sideEffects);
-  EXPECT_TRUE(m_Records.empty());
+  EXPECT_TRUE(collector.m_Records.empty());
 }
 
-TEST_F(TraceTest, ListenerReceivesRecordsUpToTheThreshold) {
-  Tracer::setLevel(2);
+TEST(TraceTest, ListenerReceivesRecordsUpToTheThreshold) {
+  TraceCollector collector(2);
+  const std::vector<TraceRecord>& records = collector.m_Records;
   Trace trace(Tracer::getInstance(5), "TraceTest::on");
   HOST_TRACE(trace, 1) << "error " << String(L"at") << L' ' << 3 << " " << true;
   HOST_TRACE(trace, 2) << "number " << 1.5 << " " << 42L << " " << 7u;
   HOST_TRACE(trace, 3) << "filtered";
-  ASSERT_EQ(2u, m_Records.size());
-  EXPECT_EQ(1, m_Records[0].level);
-  EXPECT_EQ(5, m_Records[0].component);
-  EXPECT_STREQ("TraceTest::on", m_Records[0].function);
-  EXPECT_EQ(L"error at 3 true", m_Records[0].text);
-  EXPECT_EQ(L"number 1.5 42 7", m_Records[1].text);
+  ASSERT_EQ(2u, records.size());
+  EXPECT_EQ(1, records[0].level);
+  EXPECT_EQ(5, records[0].component);
+  EXPECT_STREQ("TraceTest::on", records[0].function);
+  EXPECT_EQ(L"error at 3 true", records[0].text);
+  EXPECT_EQ(L"number 1.5 42 7", records[1].text);
   EXPECT_EQ(2, Tracer::getInstance(9).getLevel()) << "the threshold holds for every component";
 }
 
-TEST_F(TraceTest, WithoutListenerALineGoesToTheOutput) {
+TEST(TraceTest, WithoutListenerALineGoesToTheOutput) {
+  TraceCollector collector(3);
   Tracer::setListener(Tracer::Listener());
-  Tracer::setLevel(3);
   Trace trace(Tracer::getInstance(5), "TraceTest::line");
   testing::internal::CaptureStderr();
   const int line = __LINE__ + 1;

@@ -1,10 +1,8 @@
-#include "XPath.h"
 #include "XPathEngine.h"
 
 #include <gtest/gtest.h>
 
 #include <fstream>
-#include <functional>
 #include <string>
 #include <vector>
 
@@ -39,43 +37,30 @@ std::string XPathEngineTest::m_File;
 
 }  // namespace
 
-TEST_F(XPathEngineTest, ShapesEachResultType) {
-  // clang-format off
-  TestRows::expectRows({
-      {"1 = 1", "0:true"}, {"1 = 2", "0:false"}, {"concat('a','b')", "0:ab"}, {"1 + 1", "0:2"},
-      {"count(/a/b)", "0:2"}, {"/a/b", "0:1,2"}, {"/a/zzz", "0:"},
-  }, [](const std::string& i_XPath) { return run(i_XPath); });
-  // clang-format on
-}
-
 TEST_F(XPathEngineTest, FailureLeavesOutputAsItWas) {
-  const std::string missing = m_File + ".missing";
-  // Past the step nesting bound, also where a function hides the path's own code.
   const std::string tooDeep = "a" + repeated("/.", XPATH_MAX_STEP_NESTING + 1);
-  const std::string countTooDeep = "count(" + tooDeep + ")";
-  // A predicate's own failures only drop its candidate; a refusal fails the request.
   const std::string selfTooDeep = "." + repeated("/.", XPATH_MAX_STEP_NESTING);
-  const std::string predicateTooDeep = "/a[" + selfTooDeep + "]";
-  const std::string countPredicateTooDeep = "count(/a/b[" + selfTooDeep + "])";
   const struct {
-    const char* m_XPath;
-    const std::string& m_File;
+    std::string m_XPath;
+    std::string m_File;
     TErrorCode m_Code;
   } rows[] = {{"1 +", m_File, -15105},
               {"count()", m_File, -15004},
-              {"1 + 1", missing, -15103},
-              {tooDeep.c_str(), m_File, -15106},
-              {countTooDeep.c_str(), m_File, -15106},
-              {predicateTooDeep.c_str(), m_File, -15106},
-              {countPredicateTooDeep.c_str(), m_File, -15106}};
+              {"1 + 1", m_File + ".missing", -15103},
+              // Past the step nesting bound, also where a function hides the path's own code.
+              {tooDeep, m_File, -15106},
+              {"count(" + tooDeep + ")", m_File, -15106},
+              // A predicate's own failures only drop its candidate; a refusal fails the request.
+              {"/a[" + selfTooDeep + "]", m_File, -15106},
+              {"count(/a/b[" + selfTooDeep + "])", m_File, -15106}};
   for (const auto& row : rows) {
     XPathOutputElements values;
     OutputElementsGuard guard(values);
     values.push_back(new XPathOutputElement());
-    EXPECT_EQ(XPathEngine().start(String(row.m_XPath), String(row.m_File.c_str()), values),
+    EXPECT_EQ(XPathEngine().start(String(row.m_XPath.c_str()), String(row.m_File.c_str()), values),
               row.m_Code)
-        << row.m_XPath;
-    EXPECT_EQ(values.size(), 1u) << row.m_XPath;
+        << row.m_XPath.substr(0, 40);
+    EXPECT_EQ(values.size(), 1u) << row.m_XPath.substr(0, 40);
   }
 }
 
@@ -94,6 +79,9 @@ TEST_F(XPathEngineTest, DeepExpressionsFitASmallStack) {
       {nested("(", ")", 200), "0:1"},
       {nested("(", ")", XPATH_MAX_NESTING), "0:1"},
       {nested("(", ")", XPATH_MAX_NESTING + 1), "-15105:"},
+      {nested("-(", ")", XPATH_MAX_NESTING), "0:1"},
+      {nested("-//a/b[@c=-", "]", XPATH_MAX_NESTING), "0:0"},
+      {nested("substring(1,", ")", XPATH_MAX_NESTING), "0:1"},
       {nested("concat('a', ", ")", XPATH_MAX_NESTING),
        "0:" + repeated("a", XPATH_MAX_NESTING) + "1"},
       {"/a/c[" + nested("(", ")", XPATH_MAX_NESTING - 1) + "]", "0:t"},

@@ -10,7 +10,6 @@
 #include "TestRows.h"
 #include "TestTrace.h"
 #include "XPathEvaluationContext.h"
-#include "XmlPlugin/XmlPluginReasons.h"
 #include "XmlPluginConstants.h"
 
 using namespace XmlPlugin;
@@ -75,31 +74,21 @@ TEST(XPathExpressionsParserTest, ConvertsToPostfix) {
   // clang-format on
 }
 
-TEST(XPathExpressionsParserTest, EvaluatesPostfix) {
+TEST(XPathExpressionsParserTest, EvaluatesPostfixAndReportsFailures) {
   // clang-format off
   TestRows::expectRows({
       {"1 + 2 * 3", "number:7"}, {"(1 + 2) * 3", "number:9"}, {"8 - 3 - 2", "number:3"},
-      {"2 < 3 = 1", "boolean:true"}, {"1 = 1", "boolean:true"}, {"1 = 2", "boolean:false"},
-      {"concat('a', 'b') = 'ab'", "boolean:true"}, {"concat('x','y','z')", "string:xyz"},
-      {"1 div 0", "number:Infinity"}, {"0 div 0", "number:NaN"}, {"-1 div 0", "number:-Infinity"},
-      {"true() < '5'", "boolean:true"}, {"substring('12345', 2)", "string:2345"},
-      {"'abc'", "string:abc"}, {"-0", "number:0"}, {"--2", "number:2"},
+      {"2 < 3 = 1", "boolean:true"}, {"concat('a', 'b') = 'ab'", "boolean:true"},
+      {"concat('x','y','z')", "string:xyz"}, {"'abc'", "string:abc"}, {"-0", "number:0"},
+      {"--2", "number:2"},
       // "+" leaves the stack before substring and fails alone; the top value is the result.
       {"1 + substring('12345', 2)", "string:2345"},
-  }, valueIn());
-  // clang-format on
-}
-
-// A failing operator pushes nothing and evaluation goes on: the code is that of the last
-// operator evaluated, and -15004 when no value is left, whatever the operators reported.
-TEST(XPathExpressionsParserTest, ReportsFailures) {
-  // clang-format off
-  TestRows::expectRows({
+      // A failing operator pushes nothing and evaluation goes on: the code is that of the last
+      // operator evaluated, and -15004 when no value is left, whatever the operators reported.
       {"concat(count(), 'b', 'c')", "string:bc"}, {"count()[1]", "error:-15005"},
       {"count()", "error:-15004"}, {"concat('a')", "error:-15004"},
       {"translate('abc', 'a', 'b')", "error:-15004"}, {"local-name()", "error:-15004"},
-      {"count('a')", "error:-15004"}, {"1 +", "error:-15105"}, {"", "error:-15105"},
-      {"   ", "error:-15105"},
+      {"count('a')", "error:-15004"}, {"1 +", "error:-15105"},
   }, valueIn());
   // clang-format on
 }

@@ -8,7 +8,6 @@
 
 #include "TestRows.h"
 #include "XPathFunction.h"
-#include "XmlPluginConstants.h"
 
 using namespace XmlPlugin;
 using TestRows::call;
@@ -49,10 +48,6 @@ const RegistryRow kRegistry[] = {
     // clang-format on
 };
 
-void expectCalls(const std::vector<TestRows::Row>& i_Rows) {
-  TestRows::expectRows(i_Rows, [](const std::string& i_Call) { return call(i_Call); });
-}
-
 }  // namespace
 
 TEST(XPathFunctionRegistryTest, EveryRowEquipsItsFunction) {
@@ -82,22 +77,10 @@ TEST(XPathFunctionRegistryTest, NamesNeedAnOpeningParenthesis) {
             nullptr);
 }
 
-TEST(XPathFunctionRegistryTest, ParenthesisAfterAFunctionNameIsFunctionStyle) {
-  const struct {
-    const wchar_t* m_Previous;
-    bool m_Infix;
-  } rows[] = {{L"concat", true}, {L"+", false}, {L"foo", false}, {nullptr, false}};
-  for (const auto& row : rows) {
-    std::unique_ptr<XPathExpression> pPrevious(
-        row.m_Previous != nullptr ? new XPathExpression(String(row.m_Previous)) : nullptr);
-    std::unique_ptr<XPathFunction> pOpen(XPathFunctionFactory::create(L"(", L"", pPrevious.get()));
-    EXPECT_EQ(pOpen->isInfix(), row.m_Infix) << String(row.m_Previous).toNarrow();
-  }
-}
-
-TEST(XPathFunctionTest, StringFunctions) {
+TEST(XPathFunctionTest, CoreFunctionsAndOperators) {
   // clang-format off
-  expectCalls({
+  TestRows::expectRows({
+      // String functions.
       {"string(12)", "string:12"}, {"string(-Infinity)", "string:-Infinity"},
       {"string(true())", "string:true"}, {"string({a,b})", "string:a"},
       {"concat('a', 1, true(), NaN)", "string:a1trueNaN"}, {"concat('a')", "error:-15005"},
@@ -118,13 +101,7 @@ TEST(XPathFunctionTest, StringFunctions) {
       {"normalize-space('  a   b  ')", "string:a b"},
       {"normalize-space('a\t\tb')", "string:a\t\tb"}, {"translate('abc', 'a', 'b')", "error:-102"},
       {"translate('abc')", "error:-15005"},
-  });
-  // clang-format on
-}
-
-TEST(XPathFunctionTest, NodeSetBooleanAndNumberFunctions) {
-  // clang-format off
-  expectCalls({
+      // Node-set, boolean and number functions.
       {"count({a,b,c})", "number:3"}, {"count({})", "number:0"}, {"count('a')", "none"},
       {"count()", "error:-15005"}, {"local-name()", "error:-102"}, {"boolean('')", "boolean:false"},
       {"boolean('0')", "boolean:true"}, {"boolean(0)", "boolean:false"},
@@ -139,13 +116,7 @@ TEST(XPathFunctionTest, NodeSetBooleanAndNumberFunctions) {
       {"round(-2.5)", "number:-2"}, {"round(-2.6)", "number:-3"}, {"round(-0.5)", "number:0"},
       {"round(-0.4)", "number:0"}, {"round(100000000000000000000)", "number:2.14748e+09"},
       {"round(Infinity)", "number:Infinity"},
-  });
-  // clang-format on
-}
-
-TEST(XPathFunctionTest, OperatorsAskTheSpecialNumberRulesFirst) {
-  // clang-format off
-  expectCalls({
+      // Operators ask the special-number rules first.
       {"1 + 2", "number:3"}, {"-0 - 0", "number:-0"}, {"-0 - -0", "number:-0"},
       {"-0 + -0", "number:0"}, {"Infinity - 5", "number:-Infinity"}, {"-(5)", "error:-15005"},
       {"1 div 0", "number:Infinity"}, {"0 div 0", "number:NaN"}, {"1 div 3", "number:0.333333"},
@@ -155,7 +126,7 @@ TEST(XPathFunctionTest, OperatorsAskTheSpecialNumberRulesFirst) {
       {"1e308 * 10", "number:Infinity"}, {"-1e308 * 10", "number:-Infinity"},
       {"+('3', {4,x})", "number:7"}, {"1 = 1", "boolean:true"}, {"2 < 1", "boolean:false"},
       {"true() < '5'", "boolean:true"}, {"1 and 0", "boolean:false"}, {"1 or 0", "boolean:true"},
-  });
+  }, [](const std::string& i_Call) { return call(i_Call); });
   // clang-format on
 }
 

@@ -43,27 +43,3 @@ TEST(XPathNameCharClassesTest, OutsideTheBmpIsInNoClass) {
     }
   }
 }
-
-TEST(XPathNameCharClassesTest, BoundaryCharacters) {
-  struct Row {
-    wchar_t code;
-    bool base, ideographic, combining, digit, extender;
-  };
-  const Row rows[] = {
-      {L'A', true, false, false, false, false},    {L'0', false, false, false, true, false},
-      {0x00B7, false, false, false, false, true},  {0x0387, false, false, false, false, true},
-      {0x0E45, true, false, false, false, false},  {0x0E46, false, false, false, false, true},
-      {0x3006, false, false, false, false, false}, {0x3007, false, true, false, false, false},
-      {0x0300, false, false, true, false, false},  {0xD7A3, true, false, false, false, false},
-      {0xD7A4, false, false, false, false, false}, {0x0F29, false, false, false, true, false},
-  };
-  for (const Row& row : rows) {
-    EXPECT_EQ(XPathNameCharClasses::isBaseChar(row.code), row.base) << std::hex << row.code;
-    EXPECT_EQ(XPathNameCharClasses::isIdeographic(row.code), row.ideographic)
-        << std::hex << row.code;
-    EXPECT_EQ(XPathNameCharClasses::isCombiningChar(row.code), row.combining)
-        << std::hex << row.code;
-    EXPECT_EQ(XPathNameCharClasses::isDigit(row.code), row.digit) << std::hex << row.code;
-    EXPECT_EQ(XPathNameCharClasses::isExtender(row.code), row.extender) << std::hex << row.code;
-  }
-}

@@ -47,29 +47,4 @@ TEST(XPathNumericLimitsTest, DivisionByAnInfinityThatCarriesAValue) {
   }
 }
 
-TEST(XPathNumericLimitsTest, UnknownOperatorHasNoSpecialCase) {
-  const auto infinity = makeValue(L"Infinity");
-  const auto zero = makeValue(L"0");
-  for (const wchar_t* op : {L"^", L"DIV", L""}) {
-    EXPECT_EQ(NumbType, XPathNumericLimits::evaluate(infinity.get(), zero.get(), op));
-  }
-}
-
-// The value and its answers to isNumbType, isNaN, isInfinity and isNInfinity.
-TEST(XPathNumericLimitsTest, KindTests) {
-  TestRows::expectRows({{"5", "1000"},
-                        {"-0", "1000"},
-                        {"NaN", "0100"},
-                        {"Infinity", "0010"},
-                        {"-Infinity", "0001"},
-                        {"ZeroByInfinity", "0000"}},
-                       [](const std::string& i_Row) {
-                         const auto value = makeValue(TestRows::wide(i_Row));
-                         return std::to_string(XPathNumericLimits::isNumbType(value.get())) +
-                                std::to_string(XPathNumericLimits::isNaN(value.get())) +
-                                std::to_string(XPathNumericLimits::isInfinity(value.get())) +
-                                std::to_string(XPathNumericLimits::isNInfinity(value.get()));
-                       });
-}
-
 }  // namespace

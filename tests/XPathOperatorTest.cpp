@@ -7,7 +7,6 @@
 #include "TestRows.h"
 #include "XPathFunction.h"
 #include "XPathOperator.h"
-#include "XmlPluginConstants.h"
 
 using namespace XmlPlugin;
 
@@ -65,22 +64,4 @@ TEST(XPathOperatorTest, ParametersAreConvertedAndHandedOverLastFirst) {
   EXPECT_EQ(convert({NumberType, BooleanType}, {L"'7'", L"'a'", L"{}"}),
             "boolean:false boolean:true number:7 ");
   EXPECT_EQ(convert({NumberType}, {L"-0", L"-Infinity"}), "number:-Infinity number:-0 ");
-}
-
-TEST(XPathOperatorTest, DelegatesToItsFunction) {
-  std::unique_ptr<XPathExpression> pItem(XPathExpression::create(L"substring", L"(", nullptr));
-  EXPECT_TRUE(pItem->isOperator());
-  EXPECT_EQ(pItem->getPriority(), 1);
-  EXPECT_TRUE(pItem->isInfix());
-  EXPECT_EQ(pItem->getArgumentsCount(), 1);
-  static_cast<XPathOperator*>(pItem.get())->setArgumentsCount(3);
-  EXPECT_EQ(pItem->getArgumentsCount(), 3);
-  EXPECT_EQ(pItem->getOutputArgument(), nullptr);
-}
-
-TEST(XPathOperatorTest, FailingFunctionLeavesNoResult) {
-  std::unique_ptr<XPathExpression> pItem(XPathExpression::create(L"local-name", L"(", nullptr));
-  XPathEvaluationContext context;
-  EXPECT_EQ(pItem->evaluate({}, context), HOST_ERROR_NOT_SUPPORTED);
-  EXPECT_EQ(pItem->getOutputArgument(), nullptr);
 }

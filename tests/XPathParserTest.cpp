@@ -63,17 +63,9 @@ TEST(XPathParserTest, SplitsAndPreparesPaths) {
       {"a/b[c/d='x']/e", "0|a/b[c/d='x']/e/endfunction():4"},
       {"a||b|", "0|a/endfunction():1;b/endfunction():1"},
       {"a/Text()", "0|a/Text()/endfunction():2"},
+      {"a/b/attribute::*", "0|a/b/attribute::*:2"}, {"@id", "0|@id:0"}, {"a/@id/b", "0|a/@id/b/endfunction():3"},
   }, split);
   // clang-format on
-}
-
-TEST(XPathParserTest, EndsWithAttribute) {
-  XPathEvaluationContext context;
-  XPath xpath(String(""), context);
-  EXPECT_TRUE(xpath.endsWithAttribute(String("a/@id")));
-  EXPECT_TRUE(xpath.endsWithAttribute(String("a/b/attribute::*")));
-  EXPECT_FALSE(xpath.endsWithAttribute(String("a/@id/b")));
-  EXPECT_TRUE(xpath.endsWithAttribute(String("@id")));
 }
 
 TEST(XPathParserTest, CutsPathsIntoTokens) {

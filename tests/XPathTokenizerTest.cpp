@@ -7,7 +7,6 @@
 
 #include "TestLimits.h"
 #include "TestRows.h"
-#include "XPathOperator.h"
 #include "XmlPluginConstants.h"
 
 using namespace XmlPlugin;
@@ -53,13 +52,11 @@ void expectRows(const std::vector<TestRows::Row>& i_Rows) {
 TEST(XPathTokenizerTest, AcceptsAndRejects) {
   // clang-format off
   expectRows({
-      {"/", "-15105|"}, {"", "-15105|"}, {"   ", "-15105|"}, {"comment()", "-15105|"},
-      {"processing-instruction()", "-15105|"}, {"descendant-or-self::node()", "-15105|"},
-      {"following-sibling::a", "-15105|"}, {"child", "-15105|"}, {".5", "-15105|"},
-      {"price - 1", "-15105|"}, {"(1", "-15105|"}, {"1)", "-15105|"}, {"'abc", "-15105|"},
-      {"concat('a',)", "-15105|"}, {"a and", "-15105|"}, {"text()", "0|text()"},
-      {"a/node()", "0|a/node()"}, {"parentNode", "0|parentNode"}, {"child::a/@*", "0|child::a/@*"},
-      {"a/../b/.", "0|a/../b/."}, {"/a", "0|/a"}, {"//a[@b='x']/text()", "0|//a[@b='x']/text()"},
+      // The rejection table holds more texts that are rejected, with the reasons.
+      {"child", "-15105|"}, {"1)", "-15105|"}, {"concat('a',)", "-15105|"}, {"a and", "-15105|"},
+      {"text()", "0|text()"}, {"a/node()", "0|a/node()"}, {"parentNode", "0|parentNode"},
+      {"child::a/@*", "0|child::a/@*"}, {"a/../b/.", "0|a/../b/."}, {"/a", "0|/a"},
+      {"//a[@b='x']/text()", "0|//a[@b='x']/text()"},
       {"a -b", "0|a -b"}, {"1 - 2", "0|1 - 2"}, {"count(a) - 1", "0|count ( a ) - 1"},
       {"1.5 * 2.", "0|1.5 * 2."}, {"$x", "0|$ x"}, {"p:a/p:*", "0|p:a/p:*"},
   });
@@ -114,23 +111,10 @@ TEST(XPathTokenizerTest, NameCharacterClassesAtRangeBoundaries) {
   // clang-format on
 }
 
-TEST(XPathTokenizerTest, DeepestExpressionsRunOnTwoMebibyteStack) {
-  runOnSmallStack([] {
-    const std::pair<const char*, const char*> brackets[] = {
-        {"-(", ")"}, {"-//a/b[@c=-", "]"}, {"substring(1,", ")"}};
-    for (const auto& bracket : brackets) {
-      const std::string xpath = nested(bracket.first, bracket.second, XPATH_MAX_NESTING);
-      EXPECT_EQ(tokenize(TestRows::wide(xpath)).code, 0) << bracket.first;
-    }
-  });
-}
-
 // Nesting right at the limit and past it, and inputs that once hung or blew up (the suite's own
 // timeout catches a regression).
 TEST(XPathTokenizerTest, NestingLimitAndHostileInputsGiveCodes) {
   const std::vector<std::pair<std::string, TErrorCode>> rows = {
-      {nested("(", ")", XPATH_MAX_NESTING), 0},
-      {nested("(", ")", XPATH_MAX_NESTING + 1), WRONG},
       {nested("not(", ")", XPATH_MAX_NESTING), 0},
       {nested("not(", ")", XPATH_MAX_NESTING + 1), WRONG},
       {nested("a[", "]", XPATH_MAX_NESTING), 0},

@@ -4,8 +4,8 @@
 #include <gtest/gtest.h>
 
 #include <string>
-#include <vector>
 
+#include "TestLimits.h"
 #include "XmlCache.h"
 #include "XmlValues.h"
 #include "host/PluginSDK.h"
@@ -69,7 +69,10 @@ class XmlValueTest : public testing::Test {
   void TearDown() override { XmlCache::cleanup(); }
 };
 
-TEST_F(XmlValueTest, PropertiesAreCheckedFileFirstThenXPath) {
+// Properties are checked file first, then xpath; then the result counts and mustExist.
+TEST_F(XmlValueTest, PropertiesResultCountsAndMustExist) {
+  const std::wstring tooDeep =
+      L"count(/root" + String(repeated("/.", 4200).c_str()).toWide() + L")";
   const Row rows[] = {
       {nullptr, nullptr, nullptr, "-15000:", "-15000:"},
       {nullptr, L"/root", nullptr, "-15000:", "-15000:"},
@@ -78,20 +81,6 @@ TEST_F(XmlValueTest, PropertiesAreCheckedFileFirstThenXPath) {
       // A set but empty value counts as set: the engine is reached.
       {L"", L"", nullptr, "-15103:", "-15103:"},
       {L"missing.xml", L"/root", nullptr, "-15103:", "-15103:"},
-  };
-  for (const Row& row : rows) {
-    EXPECT_EQ(scalarResult(row), row.m_Scalar) << row;
-    EXPECT_EQ(vectorResult(row), row.m_Vector) << row;
-  }
-}
-
-TEST_F(XmlValueTest, ResultCountsAndMustExist) {
-  std::wstring tooDeep = L"count(/root";
-  for (int step = 0; step < 4200; ++step) {
-    tooDeep += L"/.";
-  }
-  tooDeep += L")";
-  const Row rows[] = {
       {L"twins.xml", L"/root/single", nullptr, "0:only", "0:only"},
       // Values are not merged: two equal texts are two values.
       {L"twins.xml", L"/root/item", nullptr, "-15003:", "0:same|same"},
@@ -113,21 +102,6 @@ TEST_F(XmlValueTest, ResultCountsAndMustExist) {
     EXPECT_EQ(scalarResult(row), row.m_Scalar) << row;
     EXPECT_EQ(vectorResult(row), row.m_Vector) << row;
   }
-}
-
-TEST_F(XmlValueTest, OptionalPropertyFallsBackToTheDefaultPointer) {
-  XmlValue scalar;
-  XmlValues vector;
-  const wchar_t* const fallback = L"fallback";
-  EXPECT_EQ(scalar.getOptionalProperty(L"mustExist", fallback), fallback);
-  EXPECT_EQ(vector.getOptionalProperty(L"mustExist", fallback), fallback);
-  scalar.setProperty(L"mustExist", L"");
-  EXPECT_STREQ(scalar.getOptionalProperty(L"mustExist", fallback), L"");
-  EXPECT_EQ(scalar.validateProperties(), -15000);
-  vector.setProperty(L"file", L"x.xml");
-  EXPECT_EQ(vector.validateProperties(), -15001);
-  vector.setProperty(L"xpath", L"/a");
-  EXPECT_EQ(vector.validateProperties(), 0);
 }
 
 }  // namespace
