@@ -1,6 +1,7 @@
-// Plain-step operands of predicates ("name", "@name") are read directly when nobody watches
-// the evaluation; traced, they go through the anchored path. Both must agree everywhere,
-// including where the anchored node is not the candidate itself.
+// When nobody watches the evaluation, a predicate that compares two operands is decided by the
+// comparison alone, and plain-step operands ("name", "@name") are read directly; traced, both
+// go the general way. The two must agree everywhere, including where the anchored node is not
+// the candidate itself.
 #include <gtest/gtest.h>
 
 #include <string>
@@ -38,6 +39,16 @@ const char* const QUERIES[] = {
     "//c[v]/v",
     "/r/g[2]/b[@id>5]/@id",
     "//b[v][@k='x']/v",
+    "//b[@k = @id]/@id",
+    "//b['x' = @k]/@id",
+    "//b[. = '']/@id",
+    "//b[v and @k]/@id",
+    "//b[@k or w]/@id",
+    "//b[@id >= '3']/@id",
+    "//b[@id != v]/@id",
+    "//b[1 = 1]/@id",
+    "//b[v = 'text']/@id",
+    "//*[@id = 2]/v",
 };
 
 }  // namespace

@@ -21,6 +21,9 @@
 #include "PluginTracer.h"
 #include "XPathEvaluationContext.h"
 #include "XPathEvaluationObserver.h"
+#include "XPathFunction.h"
+#include "XPathLogicalEvaluator.h"
+#include "XPathOperator.h"
 #include "XPathTokenizer.h"
 #include "XmlPlugin/XmlPluginReasons.h"
 #include "XmlPluginConstants.h"
@@ -71,6 +74,39 @@ XPathExpressionsParser::XPathExpressionsParser(const String& i_XPath) {
   HOST_TRACE(trace, 3) << " Parsed Expr = " << describe(m_XPathExpressionsVector);
   m_XPathExpressionsVector = doTrans();
   HOST_TRACE(trace, 3) << "Expr transformed =" << describe(m_XPathExpressionsVector);
+  m_pComparison = findOperandComparison();
+}
+
+XPathOperator* XPathExpressionsParser::findOperandComparison() const {
+  const std::vector<XPathExpression*>& program = m_XPathExpressionsVector;
+  if (program.size() != 3 || program[0]->isOperator() || program[1]->isOperator()) {
+    return nullptr;
+  }
+  XPathOperator* pOperator = dynamic_cast<XPathOperator*>(program[2]);
+  const XPathFunction* pFunction = pOperator != nullptr ? pOperator->getFunction() : nullptr;
+  const bool comparison = dynamic_cast<const XPathFunction_logical_eq*>(pFunction) != nullptr;
+  // Two arguments read and accepted as they are, as the operator's own evaluation would.
+  return comparison && pFunction->getArgumentsCount() == 2 &&
+                 pFunction->getParametersType().empty() && pFunction->getParametersRead() <= 2 &&
+                 pFunction->getMaxArgumentsCount() >= 2 &&
+                 (pFunction->getMinArgumentsCount() == -1 || pFunction->getMinArgumentsCount() <= 2)
+             ? pOperator
+             : nullptr;
+}
+
+bool XPathExpressionsParser::runComparison(Node* i_pStartNode, XPathEvaluationContext& io_Context) {
+  m_pStartNode = i_pStartNode;
+  XPathExpression* pLeft = m_XPathExpressionsVector[0];
+  XPathExpression* pRight = m_XPathExpressionsVector[1];
+  for (XPathExpression* pOperand : {pLeft, pRight}) {
+    pOperand->setStartNode(i_pStartNode);
+    pOperand->setRootPosition(getRootPosition());
+  }
+  // doParse's order: the right operand comes off the stack first.
+  pRight->EvaluateXPath(io_Context);
+  pLeft->EvaluateXPath(io_Context);
+  return XPathLogicalEvaluator::evaluate(pRight, pLeft,
+                                         m_pComparison->getFunction()->getExpression()) != 0;
 }
 
 XPathExpressionsParser::~XPathExpressionsParser() = default;

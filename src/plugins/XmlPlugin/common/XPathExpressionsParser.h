@@ -21,6 +21,8 @@
 
 namespace XmlPlugin {
 
+class XPathOperator;
+
 class XPathEvaluationContext;
 
 class XPathExpressionsParser {
@@ -34,6 +36,12 @@ class XPathExpressionsParser {
 
   // Evaluates from i_pStartNode; every location path draws on io_Context.
   TErrorCode runParser(Node* i_pStartNode, XPathEvaluationContext& io_Context);
+  // True when the postfix program is two operands and one comparison or logical operator
+  // that converts neither: such an expression is decided by the comparison alone.
+  bool isOperandComparison() const { return m_pComparison != nullptr; }
+  // Runs such an expression from i_pStartNode as runParser would, with the root position
+  // set, and answers the comparison without making the operator's or the result's value.
+  bool runComparison(Node* i_pStartNode, XPathEvaluationContext& io_Context);
   // Frees what the last run computed; the compiled items stay.
   void clearValues();
   // Back to the state of a fresh parse: no values, no siblings, root position 0.
@@ -66,8 +74,12 @@ class XPathExpressionsParser {
   const XPathExpression* getResultExpression() const { return m_pResultExpression; }
 
  private:
+  // The operator of an operand comparison, or null.
+  XPathOperator* findOperandComparison() const;
+
   Node* m_pStartNode = nullptr;
   long m_RootPosition = 0;
+  XPathOperator* m_pComparison = nullptr;
   XPathDataType m_OutputType = BooleanType;
   std::list<Node*>* m_pSiblings = nullptr;
   std::deque<XPathExpression*> m_OperatorStack;

@@ -175,6 +175,11 @@ TErrorCode XPathPredicate::judge(XPathExpressionsParser& io_Parser, unsigned lon
                                                     i_Position);
   io_Parser.setSiblings(&i_Candidates);
   io_Parser.setRootPosition(i_RootPosition);
+  // The general run makes the comparison's value and the result's only to be read here.
+  if (io_Parser.isOperandComparison() && !trace.on(3) && io_Context.getObserver() == nullptr) {
+    o_Keep = io_Parser.runComparison(i_pCandidate, io_Context);
+    return 0;
+  }
   TErrorCode result = io_Parser.runParser(i_pCandidate, io_Context);
   HOST_TRACE(trace, 3) << "result after runParser = " << result;
   if (result != 0) {
