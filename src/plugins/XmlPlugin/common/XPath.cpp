@@ -351,7 +351,8 @@ TErrorCode XPath::evaluateChildren(Node* i_Node, const XPathStep& i_Step, const 
   if (i_pNext != nullptr && i_pNext->getAnchoredPosition(m_Context) > 0) {
     return evaluateAnchoredChild(i_Node, i_Step, *i_pNext, i_Position, io_Output);
   }
-  std::vector<MarkedNode> children;
+  XPathVectorPool<MarkedNode>::Lease lease(m_ChildLists);
+  std::vector<MarkedNode>& children = *lease;
   const bool filtered = i_pNext != nullptr && !i_pNext->getPredicates().empty();
   const NodeList* pChildren = nullptr;
   TErrorCode result =
@@ -412,7 +413,8 @@ TErrorCode XPath::searchInDepth(Node* i_Node, const XPathStep& i_Step, unsigned 
     }
     return evaluateElements(pChildren, i_Position, io_Output, i_absoluteDeepSearch);
   }
-  std::vector<MarkedNode> marked;
+  XPathVectorPool<MarkedNode>::Lease lease(m_ChildLists);
+  std::vector<MarkedNode>& marked = *lease;
   unmarkedChildren(i_Node, marked);
   if (!m_Context.admit(marked.size())) {
     return XML_PLUGIN_ERROR_XPATH_UNSUPPORTED_EXPRESSION;

@@ -11,6 +11,7 @@
 #include "XPathNodeNumberSet.h"
 #include "XPathOutputElement.h"
 #include "XPathStep.h"
+#include "XPathVectorPool.h"
 #include "host/Node.h"
 #include "host/String.h"
 #include "host/Types.h"
@@ -115,6 +116,8 @@ class XPath {
   // emptied.
   XPathNodeNumberSet m_MarkedNodes;
   XPathEvaluationContext& m_Context;
+  // The child lists of the levels under way.
+  XPathVectorPool<MarkedNode> m_ChildLists;
 
   // What the current path evaluated already, kept when its axes may reach a node again:
   // without this a chain of "." and ".." steps doubles its work with every step.

@@ -78,18 +78,24 @@ const std::vector<Node*>* XPathEvaluationContext::namedChildren(const Node* i_pP
   const ChildKey key(i_pParent, i_Name);
   auto found = m_NamedChildren.find(key);
   if (found == m_NamedChildren.end()) {
-    std::list<Node*> children;
-    *o_pResult = XPathStep::getChildrenXmlNodes(i_pParent, children);
+    const NodeList* pChildren = nullptr;
+    *o_pResult =
+        i_pParent != nullptr ? i_pParent->getChildren(&pChildren) : HOST_ERROR_BAD_ARGUMENT;
     if (*o_pResult != 0) {
       return nullptr;
     }
-    admit(children.size());
+    size_t elements = 0;
     std::vector<Node*> passing;
-    for (Node* pChild : children) {
-      if (i_Matches(pChild)) {
-        passing.push_back(pChild);
+    for (size_t i = 0; pChildren != nullptr && i < pChildren->size(); ++i) {
+      Node* pChild = (*pChildren)[i];
+      if (pChild->getType() == ElementNode) {
+        ++elements;
+        if (i_Matches(pChild)) {
+          passing.push_back(pChild);
+        }
       }
     }
+    admit(elements);
     found = m_NamedChildren.emplace(key, std::move(passing)).first;
   }
   m_pLastParent = i_pParent;
