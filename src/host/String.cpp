@@ -44,7 +44,7 @@ String::String(const std::wstring& i_Wide)
     : String(i_Wide.data(), static_cast<int>(i_Wide.size())) {}
 
 String::String(const String& i_Other) : m_Buffer(i_Other.m_Buffer) {
-  if (m_Buffer != nullptr) {
+  if (m_Buffer != nullptr && !m_Buffer->isPlaced()) {
     m_Buffer->m_References.fetch_add(1, std::memory_order_relaxed);
   }
 }
@@ -69,7 +69,8 @@ String::~String() {
 }
 
 void String::release() {
-  if (m_Buffer != nullptr && m_Buffer->m_References.fetch_sub(1, std::memory_order_acq_rel) == 1) {
+  if (m_Buffer != nullptr && !m_Buffer->isPlaced() &&
+      m_Buffer->m_References.fetch_sub(1, std::memory_order_acq_rel) == 1) {
     Buffer::destroy(m_Buffer);
   }
   m_Buffer = nullptr;

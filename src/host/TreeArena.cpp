@@ -23,9 +23,6 @@ namespace {
 const size_t FIRST_BLOCK_SIZE = 4 * 1024;
 const size_t LARGEST_BLOCK_SIZE = 2 * 1024 * 1024;
 
-// No copy can reach zero from here: a tree holds far fewer than 2^30 strings.
-const int PLACED_REFERENCES = 1 << 30;
-
 }  // namespace
 
 TreeArena::TreeArena() : m_NextBlockSize(FIRST_BLOCK_SIZE) {}
@@ -95,7 +92,7 @@ bool TreeArena::decode(std::string_view i_Bytes, String& o_Text) {
   }
   // Room for as many characters as bytes, the most they can give; the rest is handed back.
   void* pMemory = allocate(String::Buffer::bytesFor(i_Bytes.size()), alignof(String::Buffer));
-  String::Buffer* pBuffer = new (pMemory) String::Buffer{{PLACED_REFERENCES}, 0, 0};
+  String::Buffer* pBuffer = new (pMemory) String::Buffer{{String::Buffer::PLACED}, 0, 0};
   size_t count = 0;
   const bool valid = HostUtf8::decode(i_Bytes.data(), i_Bytes.size(), pBuffer->chars(), count);
   pBuffer->chars()[count] = L'\0';
