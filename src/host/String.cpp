@@ -237,6 +237,12 @@ std::wstring String::toWide() const {
 }
 
 bool String::operator==(const String& i_Other) const {
-  // Names are compared against every node of a search: most differ in length.
-  return m_Buffer == i_Other.m_Buffer || (length() == i_Other.length() && view() == i_Other.view());
+  // Names are compared against every node of a search: most differ in length or in their
+  // first character.
+  if (m_Buffer == i_Other.m_Buffer) {
+    return true;
+  }
+  const int count = length();
+  return count == i_Other.length() &&
+         (count == 0 || (c_str()[0] == i_Other.c_str()[0] && view() == i_Other.view()));
 }
