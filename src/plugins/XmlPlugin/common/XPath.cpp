@@ -574,6 +574,9 @@ int XPath::prevPredicateCheck(unsigned int i_StepPosition, MarkedNode i_Node) {
 }
 
 int XPath::isParentNodeMarked(MarkedNode i_Node) const {
+  if (m_MarkedNodes.empty()) {
+    return 0;
+  }
   const Node* pParent = i_Node.m_Node->getParent();
   return pParent != nullptr && m_MarkedNodes.contains(pParent) ? 1 : 0;
 }
