@@ -50,17 +50,18 @@ bool TreeBuilder::decode(std::string_view i_Bytes, String& o_Text) {
 
 bool TreeBuilder::readValue(std::string_view i_Bytes, String& o_Value) {
   // Short values repeat a lot ("en", "true", "0"); sharing them keeps the tree small.
-  if (i_Bytes.empty() || i_Bytes.size() > ValueCache::MAX_BYTES) {
+  if (i_Bytes.empty() || i_Bytes.size() > ValueCache::Key::MAX_BYTES) {
     return decode(i_Bytes, o_Value);
   }
-  if (const void* pKept = m_RecentValues.find(i_Bytes)) {
+  const ValueCache::Key key(i_Bytes);
+  if (const void* pKept = m_RecentValues.find(key)) {
     o_Value = TreeArena::fromHandle(pKept);
     return true;
   }
   if (!decode(i_Bytes, o_Value)) {
     return false;
   }
-  m_RecentValues.keep(i_Bytes, TreeArena::handleOf(o_Value));
+  m_RecentValues.keep(key, TreeArena::handleOf(o_Value));
   return true;
 }
 
