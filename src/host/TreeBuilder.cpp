@@ -71,7 +71,8 @@ bool TreeBuilder::readName(const char* i_Name, String& o_Name) {
   if (shared.isEmpty() && !decode(bytes, shared)) {
     return false;
   }
-  o_Name = shared;
+  // An uncounted copy: counting every use of a name made each element wait on an atomic add.
+  o_Name = TreeArena::fromHandle(TreeArena::handleOf(shared));
   return o_Name.length() <= NODE_READER_MAX_NAME_LENGTH ||
          refuse(String(L"name longer than " + std::to_wstring(NODE_READER_MAX_NAME_LENGTH) +
                        L" characters"));
