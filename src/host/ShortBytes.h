@@ -32,11 +32,12 @@ struct ShortBytes {
            m_Length == i_Other.m_Length;
   }
 
-  // Multiplying spreads every byte into the high bits, which the final shift brings down. A
-  // collision only costs a comparison or sharing, so the hash need not resist crafted input.
+  // Two rounds of multiplying and folding the high bits down, so that the low bits, which pick
+  // a slot, depend on every byte. A collision only costs a comparison or sharing, so the hash
+  // need not resist crafted input.
   size_t hash() const {
-    const uint64_t mixed =
-        (m_Words[0] * 0x9E3779B97F4A7C15ull) ^ ((m_Words[1] + m_Length) * 0xC2B2AE3D27D4EB4Full);
+    uint64_t mixed = (m_Words[0] + m_Length) * 0x9E3779B97F4A7C15ull;
+    mixed = (mixed ^ (mixed >> 29) ^ m_Words[1]) * 0xC2B2AE3D27D4EB4Full;
     return static_cast<size_t>(mixed ^ (mixed >> 32));
   }
 

@@ -55,6 +55,11 @@ size_t StringPool::slotOf(const Key& i_Key, std::string_view i_Bytes) const {
 
 String& StringPool::entry(std::string_view i_Bytes) {
   const Key key(i_Bytes);
+  // A name is mostly found in the first slot tried: looked at here, without the search's call.
+  Entry& home = m_Entries[homeOf(key.m_Hash, m_Entries.size() - 1)];
+  if (matches(home, key, i_Bytes)) {
+    return home.m_Text;
+  }
   size_t slot = slotOf(key, i_Bytes);
   if (slot != NO_SLOT && m_Entries[slot].m_Hash != 0) {
     return m_Entries[slot].m_Text;
