@@ -28,7 +28,8 @@ bool isPlainName(const String& i_Text, int i_From) {
   return true;
 }
 
-// Element names reach the anchored path text as they are: a colon could read as an axis.
+// Element names reach the anchored path text as they are, where two colons would read as an
+// axis: names with a colon are left to the general path.
 bool readsAsName(const String& i_Name) {
   return !i_Name.isEmpty() && i_Name.indexOf(L':') < 0;
 }
