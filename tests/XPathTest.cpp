@@ -82,24 +82,13 @@ TEST(XPathTest, Axes) {
   });
   // A text or comment node that the descendant axis offers is not among its parent's
   // element children: all of them precede it, none follows it.
-  // clang-format off
-  expectRows("<r><a>1</a><!--c--><b>2</b>t<c>3</c></r>", {
-      {"r/descendant::*/preceding-sibling::*", "0|a=1,b=2,c=3"},
-  });
-  expectRows("<r><!--c--><a>1</a></r>", {
-      {"r/descendant::*/following-sibling::*", "0|"},
-  });
-  // clang-format on
-}
-
-TEST(XPathTest, FollowingReachesOnlyTheTopmostBranches) {
-  // From g the axis reaches g's own later sibling and the topmost element's later
+  expectRows("<r><a>1</a><!--c--><b>2</b>t<c>3</c></r>",
+             {{"r/descendant::*/preceding-sibling::*", "0|a=1,b=2,c=3"}});
+  expectRows("<r><!--c--><a>1</a></r>", {{"r/descendant::*/following-sibling::*", "0|"}});
+  // From g the following axis reaches g's own later sibling and the topmost element's later
   // branches, but not the later siblings of the ancestors in between (h).
-  // clang-format off
-  expectRows("<r><a><f><g/><k/></f><h/></a><e/></r>", {
-      {"r/a/f/g/following::*", "0|k=,e="}, {"r/a/f/k/preceding::*", "0|g="},
-  });
-  // clang-format on
+  expectRows("<r><a><f><g/><k/></f><h/></a><e/></r>",
+             {{"r/a/f/g/following::*", "0|k=,e="}, {"r/a/f/k/preceding::*", "0|g="}});
 }
 
 TEST(XPathTest, RootAndErrors) {
