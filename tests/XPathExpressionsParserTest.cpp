@@ -98,13 +98,10 @@ TEST(XPathExpressionsParserTest, HandsContextToEveryItem) {
   Node first(ElementNode, String("b"), 1, nullptr, &parent);
   Node second(ElementNode, String("b"), 2, nullptr, &parent);
   std::list<Node*> siblings = {&first, &second, &first};
-  TestRows::expectRows(
-      {
-          {"position()", "number:2"},
-          {"last()", "number:3"},
-          {"position() + 1 = last()", "boolean:true"},
-      },
-      valueIn(&second, &siblings));
+  TestRows::expectRows({{"position()", "number:2"},
+                        {"last()", "number:3"},
+                        {"position() + 1 = last()", "boolean:true"}},
+                       valueIn(&second, &siblings));
 }
 
 TEST(XPathExpressionsParserTest, OperatorFailureIsTracedAtItsLevel) {
