@@ -29,14 +29,6 @@ TestCommand::Outcome xmlquery(const std::vector<std::string>& i_Arguments,
   return TestCommand::run(XMLQUERY_PATH, i_Arguments, i_Input);
 }
 
-std::string join(const std::vector<std::string>& i_Arguments) {
-  std::string text;
-  for (const std::string& argument : i_Arguments) {
-    text += argument + " ";
-  }
-  return text;
-}
-
 struct Row {
   std::vector<std::string> m_Arguments;
   int m_Exit;
@@ -48,11 +40,12 @@ struct Row {
 void expectRows(const std::vector<Row>& i_Rows, bool i_WholeErr = false) {
   for (const Row& row : i_Rows) {
     const TestCommand::Outcome outcome = xmlquery(row.m_Arguments, row.m_In);
-    EXPECT_EQ(outcome.m_Exit, row.m_Exit) << join(row.m_Arguments) << "\n" << outcome.m_Err;
-    EXPECT_EQ(outcome.m_Out, row.m_Out) << join(row.m_Arguments);
+    const std::string shown = testing::PrintToString(row.m_Arguments);
+    EXPECT_EQ(outcome.m_Exit, row.m_Exit) << shown << "\n" << outcome.m_Err;
+    EXPECT_EQ(outcome.m_Out, row.m_Out) << shown;
     const bool whole = i_WholeErr || row.m_Err.empty();
     EXPECT_EQ(whole ? outcome.m_Err : outcome.m_Err.substr(0, row.m_Err.size()), row.m_Err)
-        << join(row.m_Arguments);
+        << shown;
   }
 }
 
