@@ -76,10 +76,11 @@ std::string withAttributes(int i_Count) {
 }
 
 struct Row {
-  std::string xml;
+  std::string xml;  // a file's path in the rows of files
   int32_t status;
   std::wstring expected;  // tree dump, or the failure message
   int line;
+  uint32_t maxSize = 0;  // of a file
 };
 
 const Row ROWS[] = {
@@ -145,32 +146,26 @@ TEST(NodeReader, FilesGiveTreesOrReportedFailures) {
   unlink(fifo.path().c_str());
   ASSERT_EQ(0, mkfifo(fifo.path().c_str(), 0600));
   TempFile large("<r>0123456789</r>");
-  const struct {
-    std::string m_Path;
-    uint32_t m_MaxSize;
-    int32_t m_Status;
-    std::wstring m_Expected;
-    int m_Line;
-  } rows[] = {
-      {READER_DATA + "latin1.xml", 0, 0, L"r#0[a=\xE9#1]('caf\xE9'#2)", -1},
-      {READER_DATA + "utf16.xml", 0, 0, L"r#0[a=\x20AC#1]('\xE9\x1F600'#2)", -1},
+  const Row rows[] = {
+      {READER_DATA + "latin1.xml", 0, L"r#0[a=\xE9#1]('caf\xE9'#2)", -1},
+      {READER_DATA + "utf16.xml", 0, L"r#0[a=\x20AC#1]('\xE9\x1F600'#2)", -1},
       // The external subset would add an attribute if it were read.
-      {READER_DATA + "external-dtd.xml", 0, 0, L"r#0", -1},
-      {READER_DATA + "external-entity.xml", 0, NODE_READER_STATUS_REFUSED,
+      {READER_DATA + "external-dtd.xml", 0, L"r#0", -1},
+      {READER_DATA + "external-entity.xml", NODE_READER_STATUS_REFUSED,
        L"entity declarations are not allowed: secret", 3},
-      {READER_DATA + "missing.xml", 0, NODE_READER_STATUS_UNREADABLE,
+      {READER_DATA + "missing.xml", NODE_READER_STATUS_UNREADABLE,
        L"cannot open file: No such file or directory", 0},
-      {READER_DATA, 0, NODE_READER_STATUS_REFUSED, L"not a regular file", 0},
-      {"/dev/zero", 0, NODE_READER_STATUS_REFUSED, L"not a regular file", 0},
-      {fifo.path(), 0, NODE_READER_STATUS_REFUSED, L"not a regular file", 0},
-      {large.path(), 10, NODE_READER_STATUS_REFUSED, L"file larger than 10 bytes", 0},
-      {large.path(), 17, 0, L"r#0('0123456789'#1)", -1},
+      {READER_DATA, NODE_READER_STATUS_REFUSED, L"not a regular file", 0},
+      {"/dev/zero", NODE_READER_STATUS_REFUSED, L"not a regular file", 0},
+      {fifo.path(), NODE_READER_STATUS_REFUSED, L"not a regular file", 0},
+      {large.path(), NODE_READER_STATUS_REFUSED, L"file larger than 10 bytes", 0, 10},
+      {large.path(), 0, L"r#0('0123456789'#1)", -1, 17},
   };
-  for (const auto& row : rows) {
-    const Outcome outcome = readFile(row.m_Path, 0, row.m_MaxSize);
-    EXPECT_EQ(row.m_Status, outcome.status) << row.m_Path;
-    EXPECT_EQ(row.m_Expected, outcome.tree) << row.m_Path;
-    EXPECT_EQ(row.m_Line, outcome.line) << row.m_Path;
+  for (const Row& row : rows) {
+    const Outcome outcome = readFile(row.xml, 0, row.maxSize);
+    EXPECT_EQ(row.status, outcome.status) << row.xml;
+    EXPECT_EQ(row.expected, outcome.tree) << row.xml;
+    EXPECT_EQ(row.line, outcome.line) << row.xml;
   }
 }
 

@@ -88,11 +88,9 @@ TEST(XPathEvaluationContextTest, PositionOfTheJudgedCandidateNeedsNoSearch) {
   EXPECT_EQ(context.positionAmong(candidates, pThird), 3);
   EXPECT_EQ(context.positionAmong(candidates, pTree.get()), 0);
   const unsigned long searched = context.getWork();
-  {
-    const XPathEvaluationContext::Candidate judged(context, candidates, pThird, 3);
-    EXPECT_EQ(context.positionAmong(candidates, pThird), 3);
-    EXPECT_EQ(context.getWork(), searched);
-  }
+  const XPathEvaluationContext::Candidate judged(context, candidates, pThird, 3);
+  EXPECT_EQ(context.positionAmong(candidates, pThird), 3);
+  EXPECT_EQ(context.getWork(), searched);
 }
 
 // Every path operand and every predicate of a request draws on the one budget.
