@@ -65,7 +65,7 @@ TEST(HostString, IndexOfAndLastIndexOf) {
   }
 }
 
-TEST(HostString, PrefixSuffixAndCharAt) {
+TEST(HostString, PrefixSuffixCharAtAndCompare) {
   const String text(L"prefix:name");
   EXPECT_TRUE(text.startsWith(String(L"prefix")));
   EXPECT_TRUE(text.startsWith(String(L"name"), 7));
@@ -76,9 +76,6 @@ TEST(HostString, PrefixSuffixAndCharAt) {
   EXPECT_EQ(L'p', text.charAt(0));
   EXPECT_EQ(L'\0', text.charAt(-1));
   EXPECT_EQ(L'\0', text.charAt(text.length()));
-}
-
-TEST(HostString, Compare) {
   EXPECT_LT(String(L"abc").compareTo(String(L"abd")), 0);
   EXPECT_GT(String(L"abd").compareTo(String(L"abc")), 0);
   EXPECT_LT(String(L"ab").compareTo(String(L"abc")), 0);

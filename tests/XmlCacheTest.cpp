@@ -134,7 +134,8 @@ TEST_F(XmlCacheTest, FailuresAreNotCached) {
   EXPECT_EQ(rootOf("bad.xml"), "good");
 }
 
-TEST_F(XmlCacheTest, ParserReportsStatus) {
+// The parser reports its status; the sink hands over the last tree it was given, once.
+TEST_F(XmlCacheTest, ParserReportsStatusAndSinkHandsOverTheLastTree) {
   write("ok.xml", "<ok/>");
   XmlNodeSink sink;
   EXPECT_EQ(XmlFileParser(String("ok.xml"), sink).getStatus(), 0);
@@ -145,6 +146,12 @@ TEST_F(XmlCacheTest, ParserReportsStatus) {
   EXPECT_EQ(XmlFileParser(String("none.xml"), sink).getStatus(), XmlFileParser::FILE_MISSING);
   write("broken.xml", "<a><b></a>");
   EXPECT_NE(XmlFileParser(String("broken.xml"), sink).getStatus(), 0);
+  sink.onNodeTree(new Node(ElementNode, String("first"), 0, nullptr, nullptr));
+  sink.onNodeTree(new Node(ElementNode, String("second"), 0, nullptr, nullptr));
+  std::unique_ptr<Node> tree(sink.getRootNode());
+  ASSERT_NE(tree, nullptr);
+  EXPECT_EQ(tree->m_Name.toNarrow(), "second");
+  sink.onNodeTree(new Node(ElementNode, String("dropped"), 0, nullptr, nullptr));
 }
 
 TEST_F(XmlCacheTest, SinkTracesTheReaderMessages) {
@@ -235,16 +242,6 @@ TEST_F(XmlCacheTest, BudgetThatIsNotANumberBoundsNothing) {
   EXPECT_EQ(collector.lines()[0],
             "1 XmlCache::XmlCache: XMLPLUGIN_CACHE_MAX_MB is not a number of MiB: [lots]; the "
             "cache is not bounded");
-}
-
-TEST_F(XmlCacheTest, SinkKeepsOnlyTheLastTree) {
-  XmlNodeSink sink;
-  sink.onNodeTree(new Node(ElementNode, String("first"), 0, nullptr, nullptr));
-  sink.onNodeTree(new Node(ElementNode, String("second"), 0, nullptr, nullptr));
-  std::unique_ptr<Node> tree(sink.getRootNode());
-  ASSERT_NE(tree, nullptr);
-  EXPECT_EQ(tree->m_Name.toNarrow(), "second");
-  sink.onNodeTree(new Node(ElementNode, String("dropped"), 0, nullptr, nullptr));
 }
 
 }  // namespace

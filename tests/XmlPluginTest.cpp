@@ -45,7 +45,7 @@ TEST_F(XmlPluginTest, InitializeRegistersBothTypesInOrder) {
   EXPECT_EQ(m_Plugin->getExpressionNames(), expected);
 }
 
-TEST_F(XmlPluginTest, CreatesExpressionsByExactTypeName) {
+TEST_F(XmlPluginTest, CreatesExpressionsByExactTypeNameOnly) {
   struct Row {
     const wchar_t* m_Name;
     TErrorCode m_Code;
@@ -64,9 +64,7 @@ TEST_F(XmlPluginTest, CreatesExpressionsByExactTypeName) {
         << String(row.m_Name).toNarrow();
     EXPECT_EQ(m_Plugin->destroyExpression(pExpression), 0);
   }
-}
-
-TEST_F(XmlPluginTest, NullArgumentsAreRefusedUntouched) {
+  // Null arguments are refused, the output left untouched.
   PluginSDK::Expression* const sentinel = reinterpret_cast<PluginSDK::Expression*>(&m_Plugin);
   PluginSDK::Expression* pExpression = sentinel;
   EXPECT_EQ(m_Plugin->createExpression(nullptr, &pExpression), -101);
