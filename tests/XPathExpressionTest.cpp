@@ -70,9 +70,7 @@ TEST(XPathExpressionTest, Conversions) {
     EXPECT_EQ(pValue->GetExpressionBool(), row.m_Bool);
     EXPECT_EQ(pValue->GetExpressionString().toNarrow(), row.m_String);
   }
-}
-
-TEST(XPathExpressionTest, KindOverridesTheTextOfANumber) {
+  // The kind overrides the text of a number.
   XPathArgument value(L"42");
   value.setNumbType(NInfinity);
   EXPECT_EQ(value.GetExpressionString(), String(L"-Infinity"));

@@ -24,7 +24,8 @@ void expectRows(const std::string& i_Xml, const std::vector<TestRows::Row>& i_Ro
 
 }  // namespace
 
-TEST(XPathTest, ChildPathsAndLeaves) {
+// Child paths and leaves, deep search, and unions merged in document order.
+TEST(XPathTest, ChildPathsDeepSearchAndUnions) {
   // clang-format off
   expectRows("<a><b id='1'>one</b><c>two</c><b id='2' k='v'>three<i/>four</b></a>", {
       {"a/b", "0|b=one,b=three"}, {"/a/b", "0|b=one,b=three"}, {"x/b", "0|"}, {"a", "0|a="},
@@ -35,11 +36,6 @@ TEST(XPathTest, ChildPathsAndLeaves) {
       // The first step's verdict stops only its own output, not its children's.
       {"a[@x]", "0|"}, {"a[@x]/c", "0|c=two"},
   });
-  // clang-format on
-}
-
-TEST(XPathTest, DeepSearch) {
-  // clang-format off
   expectRows("<a><b>1<b>2</b></b><c><d><b>3</b></d></c></a>", {
       {"//b", "0|b=1,b=2,b=3"}, {"//d/b", "0|b=3"}, {"//c/b", "0|"},
       {"//b/text()", "0|b=1,b=2,b=3"}, {"a//b", "0|"},  // only a leading "//" searches in depth
@@ -48,11 +44,6 @@ TEST(XPathTest, DeepSearch) {
       // excluded for the later paths of a union: their children give nothing.
       {"//c[@x] | a/b/b", "0|"}, {"a/b/b | //c[@x]", "0|b=2"},
   });
-  // clang-format on
-}
-
-TEST(XPathTest, UnionsMergeInDocumentOrder) {
-  // clang-format off
   expectRows("<a><b x='p'>1</b><c>2</c><b x='q'>3</b></a>", {
       {"a/c | a/b", "0|b=1,c=2,b=3"}, {"a/b|a/b", "0|b=1,b=3"}, {"a/b | x", "0|b=1,b=3"},
       // The first attribute shares its element's number, so it gives way to it.
