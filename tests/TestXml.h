@@ -56,14 +56,10 @@ class KeepingSink : public NodeSink {
     m_Tree.reset(i_pTree);
     return 0;
   }
-  TErrorCode onWarning(const String& i_Message, int i_Line) override {
-    return keep(i_Message, i_Line);
-  }
-  TErrorCode onError(const String& i_Message, int i_Line) override {
-    return keep(i_Message, i_Line);
-  }
-  TErrorCode onCriticalError(const String& i_Message, int i_Line) override {
-    return keep(i_Message, i_Line);
+  TErrorCode onWarning(const String& i_Text, int i_Line) override { return keep(i_Text, i_Line); }
+  TErrorCode onError(const String& i_Text, int i_Line) override { return keep(i_Text, i_Line); }
+  TErrorCode onCriticalError(const String& i_Text, int i_Line) override {
+    return keep(i_Text, i_Line);
   }
 
   std::unique_ptr<Node> m_Tree;
