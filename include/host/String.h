@@ -66,11 +66,15 @@ class String {
   struct Buffer;
   // Strings whose buffers are placed in a document's storage are made there.
   friend class TreeArena;
-  explicit String(Buffer* i_pBuffer) : m_Buffer(i_pBuffer) {}
+  // A string over a buffer placed there: marked in its pointer, so that copying and
+  // destroying it touch neither the buffer nor its count.
+  explicit String(Buffer* i_pPlaced);
+  bool isPlaced() const;
+  Buffer* buffer() const;  // m_Buffer without the mark
   void release();
   void makeUnique(int i_ExtraCapacity);
   std::wstring_view view() const { return std::wstring_view(c_str(), length()); }
   String& append(const wchar_t* i_Text, int i_Length);
   int compareTo(std::wstring_view i_Other, int i_IgnoreCase) const;
-  Buffer* m_Buffer;  // null for the empty string
+  Buffer* m_Buffer;  // null for the empty string; its lowest bit marks a placed buffer
 };

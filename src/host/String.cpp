@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <atomic>
 #include <charconv>
+#include <cstdint>
 #include <cstring>
 #include <cwchar>
 #include <cwctype>
@@ -43,8 +44,25 @@ String::String(const wchar_t* i_Wide, int i_Length) : m_Buffer(nullptr) {
 String::String(const std::wstring& i_Wide)
     : String(i_Wide.data(), static_cast<int>(i_Wide.size())) {}
 
+namespace {
+
+const uintptr_t PLACED_MARK = 1;
+
+}  // namespace
+
+String::String(Buffer* i_pPlaced)
+    : m_Buffer(reinterpret_cast<Buffer*>(reinterpret_cast<uintptr_t>(i_pPlaced) | PLACED_MARK)) {}
+
+bool String::isPlaced() const {
+  return (reinterpret_cast<uintptr_t>(m_Buffer) & PLACED_MARK) != 0;
+}
+
+String::Buffer* String::buffer() const {
+  return reinterpret_cast<Buffer*>(reinterpret_cast<uintptr_t>(m_Buffer) & ~PLACED_MARK);
+}
+
 String::String(const String& i_Other) : m_Buffer(i_Other.m_Buffer) {
-  if (m_Buffer != nullptr && !m_Buffer->isPlaced()) {
+  if (m_Buffer != nullptr && !isPlaced()) {
     m_Buffer->m_References.fetch_add(1, std::memory_order_relaxed);
   }
 }
@@ -69,7 +87,7 @@ String::~String() {
 }
 
 void String::release() {
-  if (m_Buffer != nullptr && !m_Buffer->isPlaced() &&
+  if (m_Buffer != nullptr && !isPlaced() &&
       m_Buffer->m_References.fetch_sub(1, std::memory_order_acq_rel) == 1) {
     Buffer::destroy(m_Buffer);
   }
@@ -79,7 +97,8 @@ void String::release() {
 void String::makeUnique(int i_ExtraCapacity) {
   const int length = this->length();
   const int needed = length + i_ExtraCapacity;
-  if (m_Buffer != nullptr && m_Buffer->m_References.load(std::memory_order_acquire) == 1 &&
+  if (m_Buffer != nullptr && !isPlaced() &&
+      m_Buffer->m_References.load(std::memory_order_acquire) == 1 &&
       m_Buffer->m_Capacity >= needed) {
     return;
   }
@@ -91,15 +110,15 @@ void String::makeUnique(int i_ExtraCapacity) {
 }
 
 int String::length() const {
-  return m_Buffer == nullptr ? 0 : m_Buffer->m_Length;
+  return m_Buffer == nullptr ? 0 : buffer()->m_Length;
 }
 
 wchar_t String::charAt(int i_Index) const {
-  return i_Index >= 0 && i_Index < length() ? m_Buffer->chars()[i_Index] : L'\0';
+  return i_Index >= 0 && i_Index < length() ? buffer()->chars()[i_Index] : L'\0';
 }
 
 const wchar_t* String::c_str() const {
-  return m_Buffer == nullptr ? L"" : m_Buffer->chars();
+  return m_Buffer == nullptr ? L"" : buffer()->chars();
 }
 
 namespace {
@@ -237,6 +256,12 @@ std::wstring String::toWide() const {
 }
 
 bool String::operator==(const String& i_Other) const {
-  // Names are compared against every node of a search: most differ in length.
-  return m_Buffer == i_Other.m_Buffer || (length() == i_Other.length() && view() == i_Other.view());
+  // Names are compared against every node of a search: most differ in length or in their
+  // first character.
+  if (m_Buffer == i_Other.m_Buffer) {
+    return true;
+  }
+  const int count = length();
+  return count == i_Other.length() &&
+         (count == 0 || (c_str()[0] == i_Other.c_str()[0] && view() == i_Other.view()));
 }

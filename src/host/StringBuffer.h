@@ -10,17 +10,13 @@
 
 // Header of a shared character buffer; the characters follow it in the same allocation.
 struct String::Buffer {
-  // The count of a buffer that a tree placed in its storage: no copy changes it, and the
-  // storage frees it with the tree. A heap buffer never counts that many references.
+  // The count of a buffer that a tree placed in its storage, which frees it with the tree:
+  // strings over it are marked and never count, and no count reaches zero from here.
   static const int PLACED = 1 << 30;
 
   std::atomic<int> m_References;
   int m_Length;
   int m_Capacity;
-
-  // Copies of a tree's strings are made for every result: a placed buffer takes no atomic
-  // operation, only a read of a count that never changes.
-  bool isPlaced() const { return m_References.load(std::memory_order_relaxed) == PLACED; }
 
   wchar_t* chars() { return reinterpret_cast<wchar_t*>(this + 1); }
 

@@ -12,6 +12,7 @@
 #include <string_view>
 #include <vector>
 
+#include "ShortBytes.h"
 #include "host/String.h"
 
 class StringPool {
@@ -24,17 +25,24 @@ class StringPool {
   String& entry(std::string_view i_Bytes);
 
  private:
+  // A key as the table compares it: a short one by its words, a longer one by its bytes.
+  struct Key {
+    explicit Key(std::string_view i_Bytes);
+    ShortBytes m_Short;  // of a key of at most ShortBytes::MAX_BYTES, else no bytes
+    size_t m_Hash;       // never 0
+  };
   struct Entry {
     size_t m_Hash;  // 0 for a free slot
+    ShortBytes m_Short;
     uint32_t m_KeyOffset;
     uint32_t m_KeyLength;
     String m_Text;
   };
 
-  std::string_view keyOf(const Entry& i_Entry) const;
-  // The slot of the hash's entry, or the free slot where it belongs; NO_SLOT when neither is
+  bool matches(const Entry& i_Entry, const Key& i_Key, std::string_view i_Bytes) const;
+  // The slot of the key's entry, or the free slot where it belongs; NO_SLOT when neither is
   // found within MAX_PROBES slots.
-  size_t slotOf(size_t i_Hash, std::string_view i_Bytes) const;
+  size_t slotOf(const Key& i_Key, std::string_view i_Bytes) const;
   void grow();
 
   std::vector<Entry> m_Entries;  // a power of two of slots, at most half used

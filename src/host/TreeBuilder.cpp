@@ -1,5 +1,7 @@
 #include "TreeBuilder.h"
 
+#include <algorithm>
+#include <cstring>
 #include <utility>
 
 #include "host/NodeReader.h"
@@ -35,7 +37,11 @@ int32_t countAttributes(const char** i_Attributes) {
 }  // namespace
 
 TreeBuilder::TreeBuilder(const TreeOptions& i_Options)
-    : m_Options(i_Options), m_pStorage(new TreeArena), m_NextIndex(0), m_NodeCount(0) {}
+    : m_Options(i_Options),
+      m_pStorage(new TreeArena),
+      m_TextLength(0),
+      m_NextIndex(0),
+      m_NodeCount(0) {}
 
 bool TreeBuilder::refuse(const String& i_Reason) {
   if (m_Failure.isEmpty()) {
@@ -50,17 +56,18 @@ bool TreeBuilder::decode(std::string_view i_Bytes, String& o_Text) {
 
 bool TreeBuilder::readValue(std::string_view i_Bytes, String& o_Value) {
   // Short values repeat a lot ("en", "true", "0"); sharing them keeps the tree small.
-  if (i_Bytes.empty() || i_Bytes.size() > ValueCache::MAX_BYTES) {
+  if (i_Bytes.empty() || i_Bytes.size() > ValueCache::Key::MAX_BYTES) {
     return decode(i_Bytes, o_Value);
   }
-  if (const void* pKept = m_RecentValues.find(i_Bytes)) {
+  const ValueCache::Key key(i_Bytes);
+  if (const void* pKept = m_RecentValues.find(key)) {
     o_Value = TreeArena::fromHandle(pKept);
     return true;
   }
   if (!decode(i_Bytes, o_Value)) {
     return false;
   }
-  m_RecentValues.keep(i_Bytes, TreeArena::handleOf(o_Value));
+  m_RecentValues.keep(key, TreeArena::handleOf(o_Value));
   return true;
 }
 
@@ -70,7 +77,8 @@ bool TreeBuilder::readName(const char* i_Name, String& o_Name) {
   if (shared.isEmpty() && !decode(bytes, shared)) {
     return false;
   }
-  o_Name = shared;
+  // An uncounted copy: counting every use of a name made each element wait on an atomic add.
+  o_Name = TreeArena::fromHandle(TreeArena::handleOf(shared));
   return o_Name.length() <= NODE_READER_MAX_NAME_LENGTH ||
          refuse(String(L"name longer than " + std::to_wstring(NODE_READER_MAX_NAME_LENGTH) +
                        L" characters"));
@@ -150,9 +158,21 @@ bool TreeBuilder::endElement() {
 
 bool TreeBuilder::characters(const char* i_Text, int i_Length) {
   // Outside the root element there is only white space, which no node keeps.
-  if (!m_OpenElements.empty()) {
-    m_Text.append(i_Text, static_cast<size_t>(i_Length));
+  if (m_OpenElements.empty()) {
+    return true;
   }
+  // Appended without a call in the common cases: a line break or a reference comes as one
+  // byte, and the storage only grows.
+  const size_t length = static_cast<size_t>(i_Length);
+  if (m_TextLength + length > m_Text.size()) {
+    m_Text.resize(std::max(2 * m_Text.size(), m_TextLength + length));
+  }
+  if (length == 1) {
+    m_Text[m_TextLength] = *i_Text;
+  } else {
+    std::memcpy(&m_Text[m_TextLength], i_Text, length);
+  }
+  m_TextLength += length;
   return true;
 }
 
@@ -202,16 +222,17 @@ Node* TreeBuilder::newChild(int i_Type, String i_Name, int32_t i_Index, StringMa
 }
 
 bool TreeBuilder::flushText() {
-  if (m_Text.empty()) {
+  if (m_TextLength == 0) {
     return true;
   }
-  const std::string_view inner = trimmed(m_Text);
+  const std::string_view text(m_Text.data(), m_TextLength);
+  const std::string_view inner = trimmed(text);
   bool accepted = true;
   if (!inner.empty() || m_Options.m_KeepBlankText) {
     Node* pNode = newChild(TextNode, String(), m_NextIndex++, noAttributes());
-    accepted = readValue(m_Options.m_TrimText ? inner : std::string_view(m_Text), pNode->m_Name);
+    accepted = readValue(m_Options.m_TrimText ? inner : text, pNode->m_Name);
   }
-  m_Text.clear();
+  m_TextLength = 0;
   return accepted;
 }
 

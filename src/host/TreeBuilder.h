@@ -69,7 +69,8 @@ class TreeBuilder {
   std::vector<Node*> m_Children;  // children of the open elements, innermost last
   StringPool m_Names;             // every name of the document, shared
   ValueCache m_RecentValues;      // short values, shared while they recur
-  std::string m_Text;             // UTF-8 text since the last node
+  std::string m_Text;             // UTF-8 text since the last node: its first m_TextLength bytes
+  size_t m_TextLength;
   int32_t m_NextIndex;
   size_t m_NodeCount;
   String m_Failure;

@@ -1,6 +1,7 @@
 #include "Utf8.h"
 
 #include <cstdint>
+#include <cstring>
 
 namespace HostUtf8 {
 namespace {
@@ -29,6 +30,13 @@ int sequenceLength(unsigned char i_Lead, uint32_t& o_Minimum) {
   return 0;
 }
 
+// Whether the eight bytes from i_pBytes are all ASCII.
+bool areAscii8(const unsigned char* i_pBytes) {
+  uint64_t word = 0;
+  std::memcpy(&word, i_pBytes, sizeof(word));
+  return (word & 0x8080808080808080ull) == 0;
+}
+
 }  // namespace
 
 bool decode(const char* i_Bytes, size_t i_Size, wchar_t* o_pText, size_t& o_Count) {
@@ -38,7 +46,16 @@ bool decode(const char* i_Bytes, size_t i_Size, wchar_t* o_pText, size_t& o_Coun
   size_t position = 0;
   while (position < i_Size) {
     if (pBytes[position] < 0x80) {
-      *pOut++ = static_cast<wchar_t>(pBytes[position++]);
+      // ASCII, the bulk of most text, eight bytes at a time where they all are.
+      if (position + 8 <= i_Size && areAscii8(pBytes + position)) {
+        for (int i = 0; i < 8; ++i) {
+          pOut[i] = static_cast<wchar_t>(pBytes[position + i]);
+        }
+        pOut += 8;
+        position += 8;
+      } else {
+        *pOut++ = static_cast<wchar_t>(pBytes[position++]);
+      }
       continue;
     }
     uint32_t minimum = 0;

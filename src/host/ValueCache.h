@@ -12,34 +12,26 @@
 #include <cstddef>
 #include <cstdint>
 #include <memory>
-#include <string_view>
+
+#include "ShortBytes.h"
 
 class ValueCache {
  public:
-  // Longest value kept, in bytes. Sharing values up to 16 bytes took a dense document of short
-  // elements from 10.3 to 8.8 times its file size in memory; a catalogue with prose stays near 5.
-  static constexpr size_t MAX_BYTES = 16;
+  // A value's bytes as the cache compares them. Sharing values up to 16 bytes took a dense
+  // document of short elements from 10.3 to 8.8 times its file size in memory; a catalogue with
+  // prose stays near 5.
+  using Key = ShortBytes;
 
   ValueCache();
 
-  // The handle kept for the bytes (1 to MAX_BYTES of them), or null.
-  const void* find(std::string_view i_Bytes) const;
-  // Keeps i_Handle for the bytes, in place of what shared its slot.
-  void keep(std::string_view i_Bytes, const void* i_Handle);
+  // The handle kept for the key, or null.
+  const void* find(const Key& i_Key) const;
+  // Keeps i_Handle for the key, in place of what shared its slot.
+  void keep(const Key& i_Key, const void* i_Handle);
 
  private:
-  // A value's bytes, zero-padded into two words, and their count: compared without a call.
-  struct Key {
-    uint64_t m_Words[2];
-    size_t m_Length;  // 0 for a free slot
-
-    explicit Key(std::string_view i_Bytes);
-    Key() : m_Words{0, 0}, m_Length(0) {}
-    bool operator==(const Key& i_Other) const;
-    size_t hash() const;
-  };
   struct Slot {
-    Key m_Key;
+    Key m_Key;  // no bytes for a free slot
     const void* m_Handle = nullptr;
   };
 

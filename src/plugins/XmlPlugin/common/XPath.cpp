@@ -471,7 +471,7 @@ void XPath::ancestorStep(MarkedNode& i_Node, unsigned int i_StepPosition,
   }
   const StepAxis axis = pStep->getAxis();
   // Unlike the name test of the other axes, "node()" is no wildcard here.
-  const bool anyName = pStep->getName().compareTo(L"*") == 0;
+  const bool anyName = pStep->isStarName();
   for (Node* pCurrent = axis == ancestor_or_self ? i_Node.m_Node : i_Node.m_Node->getParent();
        pCurrent != nullptr && m_Context.admit(1); pCurrent = pCurrent->getParent()) {
     if (anyName || pStep->getName() == pCurrent->m_Name) {
@@ -574,6 +574,9 @@ int XPath::prevPredicateCheck(unsigned int i_StepPosition, MarkedNode i_Node) {
 }
 
 int XPath::isParentNodeMarked(MarkedNode i_Node) const {
+  if (m_MarkedNodes.empty()) {
+    return 0;
+  }
   const Node* pParent = i_Node.m_Node->getParent();
   return pParent != nullptr && m_MarkedNodes.contains(pParent) ? 1 : 0;
 }

@@ -17,6 +17,7 @@ namespace XmlPlugin {
 class XPathNodeNumberSet {
  public:
   void insert(const Node* i_pNode) {
+    m_Empty = false;
     const int32_t number = i_pNode->m_Index;
     if (!inBits(number)) {
       m_Others.insert(number);
@@ -28,6 +29,8 @@ class XPathNodeNumberSet {
     }
     m_Bits[word] |= bit(number);
   }
+
+  bool empty() const { return m_Empty; }
 
   bool contains(const Node* i_pNode) const {
     const int32_t number = i_pNode->m_Index;
@@ -50,6 +53,7 @@ class XPathNodeNumberSet {
 
   std::vector<uint64_t> m_Bits;
   XPathFlatSet<int32_t> m_Others;
+  bool m_Empty = true;
 };
 
 }  // namespace XmlPlugin

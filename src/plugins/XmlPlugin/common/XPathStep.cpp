@@ -104,7 +104,9 @@ XPathStep::XPathStep(StepType i_StepType, const String& i_Name, StepAxis i_Axis,
       m_Name(i_Name),
       m_StepType(i_StepType),
       m_Axis(i_Axis),
-      m_AnyName(i_Name.compareTo(L"*") == 0 || i_Name.compareTo(L"node()") == 0) {
+      m_AnyName(i_Name.compareTo(L"*") == 0 || i_Name.compareTo(L"node()") == 0),
+      m_TextTest(i_Name.compareTo(L"text()") == 0),
+      m_StarName(i_Name.compareTo(L"*") == 0) {
   for (size_t index = 0; index < m_Predicates.size(); ++index) {
     if (!m_Predicates[index]->hasCondition()) {
       m_LastPredicateWithoutText = static_cast<long>(index);
@@ -313,12 +315,11 @@ TErrorCode XPathStep::markFiltered(std::vector<MarkedNode>& io_Candidates,
 TErrorCode XPathLeafStep::evaluateNode(Node* i_Node, XPathOutputCollector& io_Output,
                                        XPathEvaluationContext& io_Context) const {
   if (getAxis() != attribute) {
-    return getAxis() == child && getName().compareTo(L"text()") == 0
-               ? evaluateText(i_Node, io_Output, io_Context)
-               : evaluateElement(i_Node, io_Output, io_Context);
+    return getAxis() == child && isTextTest() ? evaluateText(i_Node, io_Output, io_Context)
+                                              : evaluateElement(i_Node, io_Output, io_Context);
   }
-  return getName().compareTo(L"*") == 0 ? evaluateAttributes(i_Node, io_Output)
-                                        : evaluateAttribute(i_Node, io_Output);
+  return isStarName() ? evaluateAttributes(i_Node, io_Output)
+                      : evaluateAttribute(i_Node, io_Output);
 }
 
 TErrorCode XPathLeafStep::addElement(std::unique_ptr<XPathOutputElement> i_pItem,

@@ -135,6 +135,9 @@ class XPathStep {
   long getAnchoredPosition(const XPathEvaluationContext& i_Context) const;
 
   const String& getName() const { return m_Name; }
+  // The name is "text()", or "*"; read once, when the step is built.
+  bool isTextTest() const { return m_TextTest; }
+  bool isStarName() const { return m_StarName; }
   StepType getStepType() const { return m_StepType; }
   StepAxis getAxis() const { return m_Axis; }
   const XPathPredicates& getPredicates() const { return m_Predicates; }
@@ -156,6 +159,8 @@ class XPathStep {
   StepAxis m_Axis;
   bool m_AbsoluteDeepSearch = false;
   bool m_AnyName;                        // "*" or "node()": every node passes the name test
+  bool m_TextTest;                       // "text()"
+  bool m_StarName;                       // "*"
   long m_LastPredicateWithoutText = -1;  // the index of the last "[]", -1 without one
 };
 
