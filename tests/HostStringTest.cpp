@@ -42,13 +42,11 @@ struct SearchRow {
 
 TEST(HostString, IndexOfAndLastIndexOf) {
   const SearchRow rows[] = {
-      // clang-format off
       {L"abcabc", L"b", 0, 1},       {L"abcabc", L"b", 2, 4},        {L"abcabc", L"b", -3, 1},
       {L"abcabc", L"b", 99, -1},     {L"abcabc", L"z", 0, -1},       {L"abcabc", L"ca", 0, 2},
       {L"abcabc", L"abc", 1, 3},     {L"abcabc", L"", 3, 3},         {L"abcabc", L"abcd", 0, -1},
       {L"abcabc", L"b", INT_MIN, 4}, {L"abcabc", L"ab", INT_MIN, 3}, {L"abcabc", L"x", INT_MIN, -1},
       {L"", L"a", INT_MIN, -1},
-      // clang-format on
   };
   for (const SearchRow& row : rows) {
     const String text(row.text);

@@ -74,6 +74,7 @@ TEST(XPathTest, Axes) {
       {"r/a/c/ancestor::*/e", "0|e=4"}, {"r/a/c/following::*", "0|d=3,e=4"},
       {"r/e/preceding::*", "0|a=,b=1,c=2,d=3"}, {"r/a/c/preceding::*", "0|b=1"},
   });
+  // clang-format on
   // A text or comment node that the descendant axis offers is not among its parent's
   // element children: all of them precede it, none follows it.
   expectRows("<r><a>1</a><!--c--><b>2</b>t<c>3</c></r>",

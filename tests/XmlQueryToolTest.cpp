@@ -188,7 +188,6 @@ TEST(XmlQueryToolTest, ErrorsSayWhy) {
 TEST(XmlQueryToolTest, BatchAnswersEveryLineInOrder) {
   const std::string twins = "\"file\": \"" + TWINS + "\"";
   const std::string value = "{\"type\": \"XmlValue\", ";
-  // clang-format off
   const std::vector<std::pair<std::string, std::string>> rows = {
       {"{\"type\": \"XmlValue\"}", "{\"code\":-15000,\"value\":\"\"}"},
       {"{\"type\": \"xmlvalue\", " + twins + ", \"xpath\": \"/root\"}", "{\"code\":-10008}"},
@@ -204,7 +203,6 @@ TEST(XmlQueryToolTest, BatchAnswersEveryLineInOrder) {
       {"{\"type\": 1}", "{\"error\":\"member \\\"type\\\" is not a string\"}"},
       {value + "\"xpath\": null}", "{\"error\":\"member \\\"xpath\\\" is not a string\"}"},
   };
-  // clang-format on
   std::string input = "\n";  // blank lines are not requests
   std::string expected;
   for (const auto& row : rows) {
