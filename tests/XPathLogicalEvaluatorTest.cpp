@@ -116,11 +116,7 @@ TEST(XPathLogicalEvaluatorTest, TraceTexts) {
   }, [](const std::string& i_Row) {
     TraceCollector collector(3);
     compare(i_Row);
-    std::string texts;
-    for (const std::string& text : collector.texts()) {
-      texts += text + "\n";
-    }
-    return texts;
+    return testing::PrintToString(collector.texts());
   }, [](const std::string& i_Actual, const std::string& i_Expected) {
     return i_Actual.find(i_Expected) != std::string::npos;
   });
