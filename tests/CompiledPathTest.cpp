@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "EngineAnswer.h"
+#include "TestRows.h"
 #include "TestTrace.h"
 #include "TestXml.h"
 #include "XPathExpressionCache.h"
@@ -35,28 +36,20 @@ const char* const MIXED =
 
 TEST_F(CompiledPathTest, RelativePathsInPredicatesAnswerPerCandidate) {
   const TestXml::TempFile file(MIXED);
-  const struct {
-    const char* m_XPath;
-    const char* m_Expected;
-  } rows[] = {
-      {"//b[@id='3']", "0:z"},
-      {"//b[@id]", "0:x,z,w,u"},
-      {"//*[@id > 2]", "0:z,w,,u"},
-      {"/r/d/b[not(@id)]", "0:v"},
-      {"//b[../@id = 6]", "0:u"},
-      {"//b[. = 'z']", "0:z"},
+  // clang-format off
+  const std::vector<TestRows::Row> rows = {
+      {"//b[@id='3']", "0:z"}, {"//b[@id]", "0:x,z,w,u"}, {"//*[@id > 2]", "0:z,w,,u"},
+      {"/r/d/b[not(@id)]", "0:v"}, {"//b[../@id = 6]", "0:u"}, {"//b[. = 'z']", "0:z"},
       {"//b[@id != '\x01']", "0:x,z,w,u"},
       // The engine's own answers where anchoring meets a second step or a union.
-      {"/r/*/b[@id = 3 or @id = 4]", "0:z"},
-      {"count(/r/*[b/@id > 3])", "0:1"},
-      {"count(//c[b/@id = 7]/@id)", "0:0"},
-      {"count(//*[b])", "0:3"},
+      {"/r/*/b[@id = 3 or @id = 4]", "0:z"}, {"count(/r/*[b/@id > 3])", "0:1"},
+      {"count(//c[b/@id = 7]/@id)", "0:0"}, {"count(//*[b])", "0:3"},
       {"count(//b[@id | @lang])", "0:0"},
   };
+  // clang-format on
   for (int round = 0; round < 2; ++round) {
-    for (const auto& row : rows) {
-      EXPECT_EQ(engineAnswer(row.m_XPath, file.path()), row.m_Expected) << row.m_XPath;
-    }
+    TestRows::expectRows(
+        rows, [&](const std::string& i_XPath) { return engineAnswer(i_XPath, file.path()); });
   }
 }
 

@@ -110,20 +110,16 @@ TEST(ExplainTest, EntryRefusesNullArguments) {
 // Watching changes nothing: every kind of query gives the host the same answer with an
 // explainer as without, and the explainer tells each one the grammar accepts.
 TEST(ExplainTest, AnswersUnchangedWhileWatched) {
+  // clang-format off
   const std::vector<std::string> queries = {
-      "/shelf/book/title",
-      "//book[2]/title | //book[@id='b4']/@id",
-      "//book[price > 10][title != 'Kim']/title",
-      "//book[count(../book[price > 20]) = 2]/@id",
-      "//title[. = 'Ubik']/../price",
-      "//price/parent::book/@id",
-      "//title/ancestor::shelf/book[3]/title",
-      "//book[position() = last()]/title",
-      "concat(//book[1]/title, '-', string(count(//price)))",
-      "1 + 2 * 3",
-      "/shelf/book[",
+      "/shelf/book/title", "//book[2]/title | //book[@id='b4']/@id",
+      "//book[price > 10][title != 'Kim']/title", "//book[count(../book[price > 20]) = 2]/@id",
+      "//title[. = 'Ubik']/../price", "//price/parent::book/@id",
+      "//title/ancestor::shelf/book[3]/title", "//book[position() = last()]/title",
+      "concat(//book[1]/title, '-', string(count(//price)))", "1 + 2 * 3", "/shelf/book[",
       "//book[]",
   };
+  // clang-format on
   for (const std::string& query : queries) {
     size_t lines = 0;
     XmlPlugin::XPathExplainer explainer([&](const std::string&) { ++lines; });

@@ -21,18 +21,14 @@ TEST(ExportedSymbolsTest, LibraryExportsExactlyTheInterface) {
   while (lines >> address >> kind >> name) {
     exported.insert(name);
   }
+  // clang-format off
   std::set<std::string> expected = {
-      "createPlugin",
-      "destroyPlugin",
-      "xmlPluginExplain",
-      "XML_PLUGIN_NAME",
-      "XML_PLUGIN_EXPRESSION_XMLVALUE",
-      "XML_PLUGIN_EXPRESSION_XMLVALUES",
-      "XML_PLUGIN_PROPERTY_FILE",
-      "XML_PLUGIN_PROPERTY_XPATH",
-      "XML_PLUGIN_PROPERTY_MUSTEXIST",
+      "createPlugin", "destroyPlugin", "xmlPluginExplain", "XML_PLUGIN_NAME",
+      "XML_PLUGIN_EXPRESSION_XMLVALUE", "XML_PLUGIN_EXPRESSION_XMLVALUES",
+      "XML_PLUGIN_PROPERTY_FILE", "XML_PLUGIN_PROPERTY_XPATH", "XML_PLUGIN_PROPERTY_MUSTEXIST",
       "_ZN9XmlPlugin21XPathLogicalEvaluator9tabArithmE",
   };
+  // clang-format on
 #define XML_PLUGIN_ERROR_NAME(i_Name, i_Value) expected.insert(#i_Name);
   XML_PLUGIN_ERROR_TABLE(XML_PLUGIN_ERROR_NAME)
 #undef XML_PLUGIN_ERROR_NAME

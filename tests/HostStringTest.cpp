@@ -42,13 +42,11 @@ struct SearchRow {
 
 TEST(HostString, IndexOfAndLastIndexOf) {
   const SearchRow rows[] = {
-      // clang-format off
       {L"abcabc", L"b", 0, 1},       {L"abcabc", L"b", 2, 4},        {L"abcabc", L"b", -3, 1},
       {L"abcabc", L"b", 99, -1},     {L"abcabc", L"z", 0, -1},       {L"abcabc", L"ca", 0, 2},
       {L"abcabc", L"abc", 1, 3},     {L"abcabc", L"", 3, 3},         {L"abcabc", L"abcd", 0, -1},
       {L"abcabc", L"b", INT_MIN, 4}, {L"abcabc", L"ab", INT_MIN, 3}, {L"abcabc", L"x", INT_MIN, -1},
       {L"", L"a", INT_MIN, -1},
-      // clang-format on
   };
   for (const SearchRow& row : rows) {
     const String text(row.text);
@@ -65,7 +63,7 @@ TEST(HostString, IndexOfAndLastIndexOf) {
   }
 }
 
-TEST(HostString, PrefixSuffixAndCharAt) {
+TEST(HostString, PrefixSuffixCharAtAndCompare) {
   const String text(L"prefix:name");
   EXPECT_TRUE(text.startsWith(String(L"prefix")));
   EXPECT_TRUE(text.startsWith(String(L"name"), 7));
@@ -76,9 +74,6 @@ TEST(HostString, PrefixSuffixAndCharAt) {
   EXPECT_EQ(L'p', text.charAt(0));
   EXPECT_EQ(L'\0', text.charAt(-1));
   EXPECT_EQ(L'\0', text.charAt(text.length()));
-}
-
-TEST(HostString, Compare) {
   EXPECT_LT(String(L"abc").compareTo(String(L"abd")), 0);
   EXPECT_GT(String(L"abd").compareTo(String(L"abc")), 0);
   EXPECT_LT(String(L"ab").compareTo(String(L"abc")), 0);
@@ -119,12 +114,7 @@ TEST(HostString, Conversions) {
   EXPECT_EQ(3, unicode.length());
   EXPECT_EQ(L'\x20AC', unicode.charAt(1));
   EXPECT_EQ("\xC3\xA9\xE2\x82\xAC\xF0\x9F\x98\x80", unicode.toNarrow());
-  EXPECT_STREQ(
-      L"a\xFFFD"
-      L"b",
-      String("a\xFF"
-             "b")
-          .c_str());                                        // invalid byte
+  EXPECT_STREQ(L"a\uFFFDb", String("a\377b").c_str());      // invalid byte
   EXPECT_STREQ(L"\xFFFD", String("\xED\xA0\x80").c_str());  // encoded surrogate
   EXPECT_STREQ(L"\xFFFD", String("\xC0\xAF").c_str());      // overlong form
   EXPECT_EQ(L"x", String(std::wstring(L"x")).toWide());

@@ -67,11 +67,6 @@ Outcome readFile(const std::string& i_Path, uint32_t i_ChunkSize = 0, uint32_t i
   return Outcome{result, sink.m_Tree ? dump(sink.m_Tree.get()) : L"(no tree)", -1};
 }
 
-Outcome read(const std::string& i_Xml, uint32_t i_ChunkSize = 0) {
-  TempFile file(i_Xml);
-  return readFile(file.path(), i_ChunkSize);
-}
-
 std::string withAttributes(int i_Count) {
   std::string xml = "<r";
   for (int i = 0; i < i_Count; ++i) {
@@ -81,10 +76,11 @@ std::string withAttributes(int i_Count) {
 }
 
 struct Row {
-  std::string xml;
+  std::string xml;  // a file's path in the rows of files
   int32_t status;
   std::wstring expected;  // tree dump, or the failure message
   int line;
+  uint32_t maxSize = 0;  // of a file
 };
 
 const Row ROWS[] = {
@@ -125,28 +121,21 @@ const Row ROWS[] = {
      L"more than 4096 attributes on one element", 1},
 };
 
-void expectRow(const Row& i_Row, uint32_t i_ChunkSize) {
-  const Outcome outcome = read(i_Row.xml, i_ChunkSize);
-  const std::string shown = i_Row.xml.substr(0, 60);
-  EXPECT_EQ(i_Row.status, outcome.status) << shown << " in chunks of " << i_ChunkSize;
-  if (i_Row.status != 0 || !i_Row.expected.empty()) {
-    EXPECT_EQ(i_Row.expected, outcome.tree) << shown << " in chunks of " << i_ChunkSize;
-  }
-  EXPECT_EQ(i_Row.line, outcome.line) << shown << " in chunks of " << i_ChunkSize;
-}
-
+// Whole, and the short documents also in chunks of 1 to 5 bytes.
 TEST(NodeReader, DocumentsGiveTreesOrReportedFailures) {
-  for (const Row& row : ROWS) {
-    expectRow(row, 0);
-  }
-}
-
-TEST(NodeReader, SmallChunksGiveTheSameResults) {
-  for (uint32_t chunk = 1; chunk <= 5; ++chunk) {
+  for (uint32_t chunk = 0; chunk <= 5; ++chunk) {
     for (const Row& row : ROWS) {
-      if (row.xml.size() < 200) {
-        expectRow(row, chunk);
+      if (chunk > 0 && row.xml.size() >= 200) {
+        continue;
       }
+      const TempFile file(row.xml);
+      const Outcome outcome = readFile(file.path(), chunk);
+      const std::string shown = row.xml.substr(0, 60) + " in chunks of " + std::to_string(chunk);
+      EXPECT_EQ(row.status, outcome.status) << shown;
+      if (row.status != 0 || !row.expected.empty()) {
+        EXPECT_EQ(row.expected, outcome.tree) << shown;
+      }
+      EXPECT_EQ(row.line, outcome.line) << shown;
     }
   }
 }
@@ -157,32 +146,26 @@ TEST(NodeReader, FilesGiveTreesOrReportedFailures) {
   unlink(fifo.path().c_str());
   ASSERT_EQ(0, mkfifo(fifo.path().c_str(), 0600));
   TempFile large("<r>0123456789</r>");
-  const struct {
-    std::string m_Path;
-    uint32_t m_MaxSize;
-    int32_t m_Status;
-    std::wstring m_Expected;
-    int m_Line;
-  } rows[] = {
-      {READER_DATA + "latin1.xml", 0, 0, L"r#0[a=\xE9#1]('caf\xE9'#2)", -1},
-      {READER_DATA + "utf16.xml", 0, 0, L"r#0[a=\x20AC#1]('\xE9\x1F600'#2)", -1},
+  const Row rows[] = {
+      {READER_DATA + "latin1.xml", 0, L"r#0[a=\xE9#1]('caf\xE9'#2)", -1},
+      {READER_DATA + "utf16.xml", 0, L"r#0[a=\x20AC#1]('\xE9\x1F600'#2)", -1},
       // The external subset would add an attribute if it were read.
-      {READER_DATA + "external-dtd.xml", 0, 0, L"r#0", -1},
-      {READER_DATA + "external-entity.xml", 0, NODE_READER_STATUS_REFUSED,
+      {READER_DATA + "external-dtd.xml", 0, L"r#0", -1},
+      {READER_DATA + "external-entity.xml", NODE_READER_STATUS_REFUSED,
        L"entity declarations are not allowed: secret", 3},
-      {READER_DATA + "missing.xml", 0, NODE_READER_STATUS_UNREADABLE,
+      {READER_DATA + "missing.xml", NODE_READER_STATUS_UNREADABLE,
        L"cannot open file: No such file or directory", 0},
-      {READER_DATA, 0, NODE_READER_STATUS_REFUSED, L"not a regular file", 0},
-      {"/dev/zero", 0, NODE_READER_STATUS_REFUSED, L"not a regular file", 0},
-      {fifo.path(), 0, NODE_READER_STATUS_REFUSED, L"not a regular file", 0},
-      {large.path(), 10, NODE_READER_STATUS_REFUSED, L"file larger than 10 bytes", 0},
-      {large.path(), 17, 0, L"r#0('0123456789'#1)", -1},
+      {READER_DATA, NODE_READER_STATUS_REFUSED, L"not a regular file", 0},
+      {"/dev/zero", NODE_READER_STATUS_REFUSED, L"not a regular file", 0},
+      {fifo.path(), NODE_READER_STATUS_REFUSED, L"not a regular file", 0},
+      {large.path(), NODE_READER_STATUS_REFUSED, L"file larger than 10 bytes", 0, 10},
+      {large.path(), 0, L"r#0('0123456789'#1)", -1, 17},
   };
-  for (const auto& row : rows) {
-    const Outcome outcome = readFile(row.m_Path, 0, row.m_MaxSize);
-    EXPECT_EQ(row.m_Status, outcome.status) << row.m_Path;
-    EXPECT_EQ(row.m_Expected, outcome.tree) << row.m_Path;
-    EXPECT_EQ(row.m_Line, outcome.line) << row.m_Path;
+  for (const Row& row : rows) {
+    const Outcome outcome = readFile(row.xml, 0, row.maxSize);
+    EXPECT_EQ(row.status, outcome.status) << row.xml;
+    EXPECT_EQ(row.expected, outcome.tree) << row.xml;
+    EXPECT_EQ(row.line, outcome.line) << row.xml;
   }
 }
 

@@ -18,38 +18,18 @@ const char* const DOCUMENT =
     "<g><b id='5'/><x:b id='6'/><b id='7' k='y'><v/></b><x:b id='8'><v>3</v></x:b></g>"
     "<n:g><b id='9'><v>4</v></b></n:g></r>";
 
+// clang-format off
 const char* const QUERIES[] = {
-    "//b[@id='3']/@id",
-    "//b[@k='x'][@id='4']/@id",
-    "//b[@k='x'][v>6]/@id",
-    "//b[@k][@id]/@id",
-    "//*[@id>2]/@id",
-    "/r/g/b[v=7]/@id",
-    "//b[v]/@id",
-    "//b[w<3]/@id",
-    "//b[not(@k)]/@id",
-    "//b[v!=5]/@id",
-    "count(//b[@id>0])",
-    "//b[@id='5' or @id='7']/@id",
-    "//g/*[@id='6']/@id",
-    "//*[v=3]/@id",
-    "//g[b/@id='5']/b/@id",
-    "//b[@missing='']/@id",
-    "//b[@id=//b[@k='y']/@id]/@id",
-    "//c[v]/v",
-    "/r/g[2]/b[@id>5]/@id",
-    "//b[v][@k='x']/v",
-    "//b[@k = @id]/@id",
-    "//b['x' = @k]/@id",
-    "//b[. = '']/@id",
-    "//b[v and @k]/@id",
-    "//b[@k or w]/@id",
-    "//b[@id >= '3']/@id",
-    "//b[@id != v]/@id",
-    "//b[1 = 1]/@id",
-    "//b[v = 'text']/@id",
+    "//b[@id='3']/@id", "//b[@k='x'][@id='4']/@id", "//b[@k='x'][v>6]/@id", "//b[@k][@id]/@id",
+    "//*[@id>2]/@id", "/r/g/b[v=7]/@id", "//b[v]/@id", "//b[w<3]/@id", "//b[not(@k)]/@id",
+    "//b[v!=5]/@id", "count(//b[@id>0])", "//b[@id='5' or @id='7']/@id", "//g/*[@id='6']/@id",
+    "//*[v=3]/@id", "//g[b/@id='5']/b/@id", "//b[@missing='']/@id", "//b[@id=//b[@k='y']/@id]/@id",
+    "//c[v]/v", "/r/g[2]/b[@id>5]/@id", "//b[v][@k='x']/v", "//b[@k = @id]/@id",
+    "//b['x' = @k]/@id", "//b[. = '']/@id", "//b[v and @k]/@id", "//b[@k or w]/@id",
+    "//b[@id >= '3']/@id", "//b[@id != v]/@id", "//b[1 = 1]/@id", "//b[v = 'text']/@id",
     "//*[@id = 2]/v",
 };
+// clang-format on
 
 }  // namespace
 

@@ -107,17 +107,14 @@ inline std::vector<std::wstring> listItems(const std::wstring& i_List) {
 
 inline std::unique_ptr<XPathExpression> makeValue(const std::wstring& i_Text,
                                                   Node* i_pTree = nullptr) {
-  const struct {
-    const wchar_t* m_Text;
-    LimitType m_Kind;
-  } kSpecials[] = {{L"NaN", NaN},
-                   {L"Infinity", Infinity},
-                   {L"-Infinity", NInfinity},
-                   {L"ZeroByInfinity", ZeroByInfinity}};
+  const std::pair<const wchar_t*, LimitType> kSpecials[] = {{L"NaN", NaN},
+                                                            {L"Infinity", Infinity},
+                                                            {L"-Infinity", NInfinity},
+                                                            {L"ZeroByInfinity", ZeroByInfinity}};
   for (const auto& special : kSpecials) {
-    if (i_Text == special.m_Text) {
+    if (i_Text == special.first) {
       auto pValue = std::make_unique<XPathArgument>(0.0);
-      pValue->setNumbType(special.m_Kind);
+      pValue->setNumbType(special.second);
       return pValue;
     }
   }

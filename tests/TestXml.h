@@ -56,14 +56,10 @@ class KeepingSink : public NodeSink {
     m_Tree.reset(i_pTree);
     return 0;
   }
-  TErrorCode onWarning(const String& i_Message, int i_Line) override {
-    return keep(i_Message, i_Line);
-  }
-  TErrorCode onError(const String& i_Message, int i_Line) override {
-    return keep(i_Message, i_Line);
-  }
-  TErrorCode onCriticalError(const String& i_Message, int i_Line) override {
-    return keep(i_Message, i_Line);
+  TErrorCode onWarning(const String& i_Text, int i_Line) override { return keep(i_Text, i_Line); }
+  TErrorCode onError(const String& i_Text, int i_Line) override { return keep(i_Text, i_Line); }
+  TErrorCode onCriticalError(const String& i_Text, int i_Line) override {
+    return keep(i_Text, i_Line);
   }
 
   std::unique_ptr<Node> m_Tree;
@@ -80,18 +76,13 @@ class KeepingSink : public NodeSink {
   }
 };
 
-// Reads a file with default options; the tree is null on failure.
-inline std::unique_ptr<Node> parseFile(const std::string& i_Path) {
-  KeepingSink sink;
-  NodeReader reader(sink);
-  reader.process(String(i_Path.c_str()), 0);
-  return reader.m_Status == 0 ? std::move(sink.m_Tree) : nullptr;
-}
-
-// The tree of the XML text, or null when the reader refuses it.
+// The tree of the XML text read with default options, or null when the reader refuses it.
 inline std::unique_ptr<Node> parseXml(const std::string& i_Xml) {
   TempFile file(i_Xml);
-  return file.path().empty() ? nullptr : parseFile(file.path());
+  KeepingSink sink;
+  NodeReader reader(sink);
+  reader.process(String(file.path().c_str()), 0);
+  return reader.m_Status == 0 ? std::move(sink.m_Tree) : nullptr;
 }
 
 // The children of a node as a vector (empty for a childless node).

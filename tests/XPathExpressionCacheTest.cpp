@@ -36,8 +36,7 @@ class XPathExpressionCacheTest : public testing::Test {
 TEST_F(XPathExpressionCacheTest, SameTextOverTwoDocuments) {
   const TestXml::TempFile firstFile("<a><b id='1'>x</b><b>y</b></a>");
   const TestXml::TempFile secondFile("<a><b>p</b><b id='2'>q</b><b id='3'>r</b></a>");
-  const std::string first = firstFile.path();
-  const std::string second = secondFile.path();
+  const std::string &first = firstFile.path(), &second = secondFile.path();
   for (int round = 0; round < 2; ++round) {
     EXPECT_EQ(engineAnswer("count(/a/b)", first), "0:2");
     EXPECT_EQ(engineAnswer("count(/a/b)", second), "0:3");

@@ -28,29 +28,19 @@ TEST(XPathExpressionTest, SetExpressionNumbReadsTheLeadingNumeral) {
   const struct {
     const wchar_t* m_Text;
     double m_Expected;
-  } rows[] = {{L"12abc", 12},
-              {L"' 2.5 '", 2.5},
-              {L"-.5", -0.5},
-              {L"abc", 7},
-              {L"1e400", std::numeric_limits<double>::max()},
-              {L"-1e400", -std::numeric_limits<double>::max()},
-              {L"1e-400", 0},
-              {L"  -7.5e1x", -75},
-              {L"+3", 3},
-              {L"5.", 5},
-              {L"0.1", 0.1},
-              {L"1e", 7},
-              {L"-", 7},
-              {L"- 5", 7},
-              {L"-5 3", -5},
-              {L".", 7},
-              {L"00012", 12},
-              {L"123456789012345678901234567890", 123456789012345678901234567890.0},
-              {L"0.30000000000000004", 0.30000000000000004},
-              {L"4.94066e-324", std::numeric_limits<double>::denorm_min()},
-              {L"inf", 7},
-              {L"nan", 7},
-              {L"0x10", 0}};
+  } rows[] = {
+      // clang-format off
+      {L"12abc", 12}, {L"' 2.5 '", 2.5}, {L"-.5", -0.5}, {L"abc", 7},
+      {L"1e400", std::numeric_limits<double>::max()},
+      {L"-1e400", -std::numeric_limits<double>::max()}, {L"1e-400", 0}, {L"  -7.5e1x", -75},
+      {L"+3", 3}, {L"5.", 5}, {L"0.1", 0.1}, {L"1e", 7}, {L"-", 7}, {L"- 5", 7}, {L"-5 3", -5},
+      {L".", 7}, {L"00012", 12},
+      {L"123456789012345678901234567890", 123456789012345678901234567890.0},
+      {L"0.30000000000000004", 0.30000000000000004},
+      {L"4.94066e-324", std::numeric_limits<double>::denorm_min()}, {L"inf", 7}, {L"nan", 7},
+      {L"0x10", 0},
+      // clang-format on
+  };
   for (const auto& row : rows) {
     XPathExpression value(7.0);
     value.SetExpressionNumb(row.m_Text);
@@ -80,9 +70,7 @@ TEST(XPathExpressionTest, Conversions) {
     EXPECT_EQ(pValue->GetExpressionBool(), row.m_Bool);
     EXPECT_EQ(pValue->GetExpressionString().toNarrow(), row.m_String);
   }
-}
-
-TEST(XPathExpressionTest, KindOverridesTheTextOfANumber) {
+  // The kind overrides the text of a number.
   XPathArgument value(L"42");
   value.setNumbType(NInfinity);
   EXPECT_EQ(value.GetExpressionString(), String(L"-Infinity"));

@@ -98,13 +98,10 @@ TEST(XPathExpressionsParserTest, HandsContextToEveryItem) {
   Node first(ElementNode, String("b"), 1, nullptr, &parent);
   Node second(ElementNode, String("b"), 2, nullptr, &parent);
   std::list<Node*> siblings = {&first, &second, &first};
-  TestRows::expectRows(
-      {
-          {"position()", "number:2"},
-          {"last()", "number:3"},
-          {"position() + 1 = last()", "boolean:true"},
-      },
-      valueIn(&second, &siblings));
+  TestRows::expectRows({{"position()", "number:2"},
+                        {"last()", "number:3"},
+                        {"position() + 1 = last()", "boolean:true"}},
+                       valueIn(&second, &siblings));
 }
 
 TEST(XPathExpressionsParserTest, OperatorFailureIsTracedAtItsLevel) {
@@ -118,20 +115,16 @@ TEST(XPathExpressionsParserTest, OperatorFailureIsTracedAtItsLevel) {
   EXPECT_EQ(collector.texts(), expected);
 }
 
-TEST(XPathExpressionsParserTest, NothingToShapeBeforeEvaluation) {
-  XPathExpressionsParser parser{String("1 = 1")};
+// Nothing to shape before an evaluation; after one, the values are appended.
+TEST(XPathExpressionsParserTest, GetValuesAppendsOnceEvaluated) {
+  XPathExpressionsParser parser{String("concat('a', 'b')")};
   XPathOutputElements values;
+  OutputElementsGuard guard(values);
   EXPECT_EQ(parser.getValues(values), XML_PLUGIN_ERROR_XPATH_PARSER_ERROR);
   EXPECT_EQ(parser.calculateBooleanOutput(values), XML_PLUGIN_ERROR_XPATH_PARSER_ERROR);
   EXPECT_TRUE(values.empty());
-}
-
-TEST(XPathExpressionsParserTest, GetValuesAppends) {
-  XPathExpressionsParser parser{String("concat('a', 'b')")};
   XPathEvaluationContext context;
   ASSERT_EQ(parser.runParser(nullptr, context), 0);
-  XPathOutputElements values;
-  OutputElementsGuard guard(values);
   values.push_back(new XPathOutputElement());
   ASSERT_EQ(parser.getValues(values), 0);
   ASSERT_EQ(values.size(), 2u);

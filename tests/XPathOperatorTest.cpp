@@ -47,18 +47,16 @@ std::string convert(std::vector<XPathDataType> i_Types,
 
 }  // namespace
 
-// Counts below the minimum and above the maximum; the string functions' own rows hold more.
-TEST(XPathOperatorTest, ArgumentCountsAreCheckedAsUnsigned) {
-  TestRows::expectRows({{"substring('abc', 1, 1, 1)", "error:-15005"},
-                        {"concat('a', 'b', 'c', 'd')", "string:abcd"},
-                        {"true()", "boolean:true"},
-                        {"position(1, 2)", "number:1"},
-                        {"=(1)", "error:-15005"},
-                        {"=(1, 1, 1)", "error:-15005"}},
-                       [](const std::string& i_Call) { return TestRows::call(i_Call); });
-}
-
-TEST(XPathOperatorTest, ParametersAreConvertedAndHandedOverLastFirst) {
+// Counts below the minimum and above the maximum (the string functions' own rows hold more);
+// parameters converted and handed over last first.
+TEST(XPathOperatorTest, ArgumentCountsAreCheckedAndParametersConverted) {
+  // clang-format off
+  TestRows::expectRows({
+      {"substring('abc', 1, 1, 1)", "error:-15005"}, {"concat('a', 'b', 'c', 'd')", "string:abcd"},
+      {"true()", "boolean:true"}, {"position(1, 2)", "number:1"}, {"=(1)", "error:-15005"},
+      {"=(1, 1, 1)", "error:-15005"},
+  }, [](const std::string& i_Call) { return TestRows::call(i_Call); });
+  // clang-format on
   EXPECT_EQ(convert({}, {L"1", L"'a'"}), "string:a number:1 ");
   EXPECT_EQ(convert({StringType}, {L"1", L"true()", L"{x,y}"}), "string:x string:true string:1 ");
   EXPECT_EQ(convert({NumberType, BooleanType}, {L"'7'", L"'a'", L"{}"}),

@@ -34,11 +34,13 @@ const char* const AXIS_TEXT[] = {"attribute",          "child",
                                  "preceding-sibling",  "parent"};
 const char* const TYPE_TEXT[] = {"root", "mid", "leaf"};
 
-// "code|type axis name predicates deep" for step i_Index of a prepared path.
-std::string step(const char* i_Path, unsigned int i_Index) {
+// "code|type axis name predicates deep" for the step of the row "path #index".
+std::string step(const std::string& i_Row) {
+  const size_t mark = i_Row.rfind(" #");
   std::unique_ptr<XPathStep> pStep;
   XPathParser parser;
-  const TErrorCode result = parser.getStep(String(i_Path), i_Index, pStep);
+  const TErrorCode result = parser.getStep(String(i_Row.substr(0, mark).c_str()),
+                                           std::stoul(i_Row.substr(mark + 2)), pStep);
   std::string text = std::to_string(result) + "|";
   if (pStep) {
     text += std::string(TYPE_TEXT[pStep->getStepType()]) + " " + AXIS_TEXT[pStep->getAxis()] + " " +
@@ -62,8 +64,8 @@ TEST(XPathParserTest, SplitsAndPreparesPaths) {
       {"a/attribute::id", "0|a/attribute::id:1"},
       {"a/b[c/d='x']/e", "0|a/b[c/d='x']/e/endfunction():4"},
       {"a||b|", "0|a/endfunction():1;b/endfunction():1"},
-      {"a/Text()", "0|a/Text()/endfunction():2"},
-      {"a/b/attribute::*", "0|a/b/attribute::*:2"}, {"@id", "0|@id:0"}, {"a/@id/b", "0|a/@id/b/endfunction():3"},
+      {"a/Text()", "0|a/Text()/endfunction():2"}, {"@id", "0|@id:0"},
+      {"a/b/attribute::*", "0|a/b/attribute::*:2"}, {"a/@id/b", "0|a/@id/b/endfunction():3"},
   }, split);
   // clang-format on
 }
@@ -87,29 +89,21 @@ TEST(XPathParserTest, CutsPathsIntoTokens) {
 }
 
 TEST(XPathParserTest, BuildsSteps) {
-  const struct {
-    const char* m_Path;
-    unsigned int m_Index;
-    const char* m_Expected;
-  } rows[] = {
-      // clang-format off
-      {"//a/b/endfunction()", 0, "0|root child a deep"},
-      {"//a/b/endfunction()", 1, "0|mid child b"},
-      {"//a/b/endfunction()", 2, "0|leaf child endfunction()"}, {"//a/b/endfunction()", 3, "-103|"},
-      {"a/text()", 1, "0|leaf child text()"}, {"a/@id", 1, "0|leaf attribute id"},
-      {"a/../b", 1, "0|mid parent *"}, {"a/./b", 1, "0|mid self *"},
-      {"a/child::b", 1, "0|leaf child b"}, {"a/attribute::id", 1, "0|leaf attribute id"},
-      {"a/foo::b", 1, "0|leaf child b"},
-      {"a/following-sibling::b", 1, "0|leaf following-sibling b"},
-      {"a[1][@x='y']/b", 0, "0|root child a [1] [@x='y']"},
-      {"a/b[c/d='x']/e", 1, "0|mid child b [c/d='x']"}, {"a/b[1", 1, "-15101|"},
-      {"a/b]", 1, "-15101|"}, {"[1]/a", 0, "-15101|"}, {"a/b[1]]", 1, "0|leaf child b [1]"},
-      {"a[b[c]]", 0, "0|root child a [b[c] [c]"},  // an inner "[" ends at the outer "]"
-      {"a[1][[", 0, "-15101|"}, {"a//b", 0, "0|root child a//b"}, {"a/", 0, "0|root child a"},
-      // clang-format on
-  };
-  for (const auto& row : rows) {
-    EXPECT_EQ(step(row.m_Path, row.m_Index), row.m_Expected)
-        << "path " << row.m_Path << " step " << row.m_Index;
-  }
+  // clang-format off
+  TestRows::expectRows({
+      {"//a/b/endfunction() #0", "0|root child a deep"},
+      {"//a/b/endfunction() #1", "0|mid child b"},
+      {"//a/b/endfunction() #2", "0|leaf child endfunction()"}, {"//a/b/endfunction() #3", "-103|"},
+      {"a/text() #1", "0|leaf child text()"}, {"a/@id #1", "0|leaf attribute id"},
+      {"a/../b #1", "0|mid parent *"}, {"a/./b #1", "0|mid self *"},
+      {"a/child::b #1", "0|leaf child b"}, {"a/attribute::id #1", "0|leaf attribute id"},
+      {"a/foo::b #1", "0|leaf child b"},
+      {"a/following-sibling::b #1", "0|leaf following-sibling b"},
+      {"a[1][@x='y']/b #0", "0|root child a [1] [@x='y']"},
+      {"a/b[c/d='x']/e #1", "0|mid child b [c/d='x']"}, {"a/b[1 #1", "-15101|"},
+      {"a/b] #1", "-15101|"}, {"[1]/a #0", "-15101|"}, {"a/b[1]] #1", "0|leaf child b [1]"},
+      {"a[b[c]] #0", "0|root child a [b[c] [c]"},  // an inner "[" ends at the outer "]"
+      {"a[1][[ #0", "-15101|"}, {"a//b #0", "0|root child a//b"}, {"a/ #0", "0|root child a"},
+  }, step);
+  // clang-format on
 }

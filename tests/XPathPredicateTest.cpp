@@ -5,6 +5,7 @@
 
 #include <string>
 
+#include "TestLimits.h"
 #include "TestRows.h"
 #include "XPathEvaluationContext.h"
 #include "XPathStep.h"
@@ -59,52 +60,42 @@ TEST(XPathPredicateTest, PredicatesInPaths) {
   std::unique_ptr<Node> pTree =
       parseXml("<a><b id='1'><c>x</c></b><b><c>y</c></b><d><b id='2'><c>z</c></b></d></a>");
   ASSERT_NE(pTree, nullptr);
-  TestRows::expectRows(
-      {
-          // clang-format off
+  // clang-format off
+  TestRows::expectRows({
       {"a/b[2]/c", "0|y"}, {"a[position()=1]/b[position()=2]/c", "0|y"},
       {"a/b[position()=3]/c", "0|"}, {"a/b[@id]/c", "0|x"},
       {"a/b[@id][2]/c", "0|"},  // the second predicate numbers the survivors of the first
       {"//b[@id]/c", "0|x,z"}, {"//b[c = 'y']/c", "0|y"}, {"a/b[c = 'y']/c", "0|y"},
       {"a/b[]/c", "0|x,y"},  // a failing predicate leaves the name test only
-                                 // clang-format on
-      },
-      [&](const std::string& i_Path) { return TestRows::pathValues(pTree.get(), i_Path); });
+  }, [&](const std::string& i_Path) { return TestRows::pathValues(pTree.get(), i_Path); });
+  // clang-format on
 }
 
 // The condition is compiled once per filtering; each candidate's evaluation must see nothing
 // of the one before (node sets, converted and computed values, positions).
 TEST(XPathPredicateTest, EachCandidateIsJudgedAfresh) {
   std::string xml = "<a>";
-  std::string withCountTwoAndVThree;
-  std::string withoutV;
-  std::string withVThree;
+  std::string withCountTwoAndVThree = "0|";
+  std::string withoutV = "0|";
+  std::string withVThree = "0|";
+  const auto add = [](std::string& io_List, bool i_Add, const std::string& i_Name) {
+    io_List += !i_Add ? "" : io_List.size() > 2 ? "," + i_Name : i_Name;
+  };
   for (int i = 1; i <= 300; ++i) {
     const std::string name = "b" + std::to_string(i);
-    xml += "<b n='" + name + "'" + (i % 5 == 0 ? "" : " v='" + std::to_string(i % 7) + "'") + ">";
-    for (int c = 0; c < i % 3; ++c) {
-      xml += "<c/>";
-    }
-    xml += "</b>";
-    if (i % 3 == 2 && i % 5 != 0 && i % 7 == 3) {
-      withCountTwoAndVThree += (withCountTwoAndVThree.empty() ? "" : ",") + name;
-    }
-    if (i % 5 != 0 && i % 7 == 3) {
-      withVThree += (withVThree.empty() ? "" : ",") + name;
-    }
-    if (i % 5 == 0) {
-      withoutV += (withoutV.empty() ? "" : ",") + name;
-    }
+    xml += "<b n='" + name + "'" + (i % 5 == 0 ? "" : " v='" + std::to_string(i % 7) + "'") + ">" +
+           repeated("<c/>", i % 3) + "</b>";
+    add(withCountTwoAndVThree, i % 3 == 2 && i % 5 != 0 && i % 7 == 3, name);
+    add(withVThree, i % 5 != 0 && i % 7 == 3, name);
+    add(withoutV, i % 5 == 0, name);
   }
   std::unique_ptr<Node> pTree = parseXml(xml + "</a>");
   ASSERT_NE(pTree, nullptr);
-  TestRows::expectRows(
-      {
-          {"a/b[@v = '3' and count(c) = 2]/@n", "0|" + withCountTwoAndVThree},
-          {"a/b[not(@v)]/@n", "0|" + withoutV},
-          {"a/b[concat(@v, 'x') = '3x']/@n", "0|" + withVThree},
-          {"a/b[position() = 150]/@n", "0|b150"},
-          {"a/b[last() - 1]/@n", "0|b299"},
-      },
-      [&](const std::string& i_Path) { return TestRows::pathValues(pTree.get(), i_Path); });
+  // clang-format off
+  TestRows::expectRows({
+      {"a/b[@v = '3' and count(c) = 2]/@n", withCountTwoAndVThree}, {"a/b[not(@v)]/@n", withoutV},
+      {"a/b[concat(@v, 'x') = '3x']/@n", withVThree}, {"a/b[position() = 150]/@n", "0|b150"},
+      {"a/b[last() - 1]/@n", "0|b299"},
+  }, [&](const std::string& i_Path) { return TestRows::pathValues(pTree.get(), i_Path); });
+  // clang-format on
 }

@@ -36,40 +36,34 @@ struct Row {
 TEST(XPathRejectionTest, EachRejectedTextSaysWhereAndWhy) {
   const std::wstring deep =
       std::wstring(XPATH_MAX_NESTING + 1, L'(') + L"1" + std::wstring(XPATH_MAX_NESTING + 1, L')');
+  const std::string minus = "a blank and `-` after the name `price` continue the name: write ";
+  const std::string digit = "a number starts with a digit: write ";
+  // clang-format off
   const std::vector<Row> rows = {
       {L"cout(a)", 1, "unknown function `cout`"},
       {L"count(a) + cout (b)", 12, "unknown function `cout`"},
       {L"//a/following-sibling::b", 5, "axis `following-sibling::` is not supported"},
       {L"//a/descendant-or-self::node()", 5, "axis `descendant-or-self::` is not supported"},
-      {L"a/foo::b", 3, "unknown axis `foo::`"},
-      {L"//comment()", 3, "`comment()` is not supported"},
+      {L"a/foo::b", 3, "unknown axis `foo::`"}, {L"//comment()", 3, "`comment()` is not supported"},
       {L"//processing-instruction('x')", 3, "`processing-instruction()` is not supported"},
       {L"id('x')", 1, "function `id` is not supported"},
       {L"//a[1]]", 7, "unbalanced bracket: `]` closes nothing"},
       {L"//a[@b='x'", 4, "unbalanced bracket: `[` is not closed"},
+      {L"//a['x]'", 4, "unbalanced bracket: `[` is not closed"},
       {L"count((a)", 6, "unbalanced bracket: `(` is not closed"},
       {L"//a[(1])", 7, "unbalanced bracket: `]` does not close the `(` at column 5"},
-      {L"'abc", 1, "the quote `'` is not closed"},
-      {L"   ", 1, "the text is blank"},
-      {L"", 1, "the text is blank"},
-      {L"price - 1", 9,
-       "a blank and `-` after the name `price` continue the name: write `(price) - 1`"},
-      {L"count(item) > price -  2", 24,
-       "a blank and `-` after the name `price` continue the name: write `(price) - 2`"},
-      {L".5", 1, "a number starts with a digit: write `0.5`"},
-      {L"count(a) div .25", 14, "a number starts with a digit: write `0.25`"},
-      {L"a b", 3, "unexpected `b`"},
-      {L"1 +", 3, "unexpected `+`"},
-      {L"/", 1, "unexpected `/`"},
-      {L"//a['x]'", 4, "unbalanced bracket: `[` is not closed"},
+      {L"'abc", 1, "the quote `'` is not closed"}, {L"   ", 1, "the text is blank"},
+      {L"", 1, "the text is blank"}, {L"price - 1", 9, minus + "`(price) - 1`"},
+      {L"count(item) > price -  2", 24, minus + "`(price) - 2`"},
+      {L".5", 1, digit + "`0.5`"}, {L"count(a) div .25", 14, digit + "`0.25`"},
+      {L"a b", 3, "unexpected `b`"}, {L"1 +", 3, "unexpected `+`"}, {L"/", 1, "unexpected `/`"},
       {deep, XPATH_MAX_NESTING + 1,
        "the text nests parentheses, argument lists and predicates deeper than 256 levels"},
       {std::wstring(XPATH_MAX_LENGTH + 1, L'a'), XPATH_MAX_LENGTH + 1,
        "the text is longer than 1048576 characters"},
-      {L"count(//a[@b='x'])", 0, ""},
-      {L"//a/text()", 0, ""},
-      {L"a/ancestor-or-self::b", 0, ""},
+      {L"count(//a[@b='x'])", 0, ""}, {L"//a/text()", 0, ""}, {L"a/ancestor-or-self::b", 0, ""},
   };
+  // clang-format on
   for (const Row& row : rows) {
     const std::string expected =
         "XPath text rejected at column " + std::to_string(row.column) + ": " + row.reason;

@@ -95,20 +95,19 @@ TEST(XPathStepTest, ChildrenAndText) {
 TEST(XPathStepTest, LeafOutput) {
   std::unique_ptr<Node> pTree = parseXml("<r><e/><t>x</t><m><i/>second</m><at a='1' b='2'/></r>");
   ASSERT_NE(pTree, nullptr);
-  const int notFound = XML_PLUGIN_ERROR_XPATH_NOT_FOUND;
+  const std::string notFound = std::to_string(XML_PLUGIN_ERROR_XPATH_NOT_FOUND) + "|";
   // Rows "leaf on element"; item numbers relative to the element's.
   // clang-format off
   TestRows::expectRows({
       {"endfunction() on e", "0|0::"}, {"endfunction() on t", "0|0:x:"},
-      {"parent::* on t", "0|0:x:"}, {"text() on t", "0|1:x:x"},
-      {"text() on e", std::to_string(notFound) + "|"},
+      {"parent::* on t", "0|0:x:"}, {"text() on t", "0|1:x:x"}, {"text() on e", notFound},
       {"text() on m", "0|2:second:second"}, {"endfunction() on m", "0|0:second:"},
       {"@* on at", "0|0:1:1,1:2:2"}, {"@* on e", "0|"}, {"@b on at", "0|2:2:2"},
-      {"attribute::a on at", "0|1:1:1"}, {"@missing on at", std::to_string(notFound) + "|"},
+      {"attribute::a on at", "0|1:1:1"}, {"@missing on at", notFound},
   }, [&](const std::string& i_Row) {
     const size_t on = i_Row.find(" on ");
     return leafOutput(i_Row.substr(0, on).c_str(),
-                      TestRows::findNode(pTree.get(), TestRows::wide(i_Row.substr(on + 4)).c_str()));
+                      TestRows::findNode(pTree.get(), TestRows::wide(i_Row.substr(on + 4))));
   });
   // clang-format on
 }

@@ -24,7 +24,9 @@ void expectRows(const std::string& i_Xml, const std::vector<TestRows::Row>& i_Ro
 
 }  // namespace
 
-TEST(XPathTest, ChildPathsAndLeaves) {
+// Child paths and leaves, deep search, and unions merged in document order.
+TEST(XPathTest, ChildPathsDeepSearchAndUnions) {
+  EXPECT_EQ(TestRows::pathValues(nullptr, "a/b"), "0|");  // no root
   // clang-format off
   expectRows("<a><b id='1'>one</b><c>two</c><b id='2' k='v'>three<i/>four</b></a>", {
       {"a/b", "0|b=one,b=three"}, {"/a/b", "0|b=one,b=three"}, {"x/b", "0|"}, {"a", "0|a="},
@@ -34,12 +36,9 @@ TEST(XPathTest, ChildPathsAndLeaves) {
       {"a/b/i", "0|i="}, {"a/foo::c", "0|c=two"},
       // The first step's verdict stops only its own output, not its children's.
       {"a[@x]", "0|"}, {"a[@x]/c", "0|c=two"},
+      // Texts that are no path for this evaluation.
+      {"[1]/a", "-15006|"}, {"//text()", "-15006|"}, {"a/b[1", "-15101|"},
   });
-  // clang-format on
-}
-
-TEST(XPathTest, DeepSearch) {
-  // clang-format off
   expectRows("<a><b>1<b>2</b></b><c><d><b>3</b></d></c></a>", {
       {"//b", "0|b=1,b=2,b=3"}, {"//d/b", "0|b=3"}, {"//c/b", "0|"},
       {"//b/text()", "0|b=1,b=2,b=3"}, {"a//b", "0|"},  // only a leading "//" searches in depth
@@ -48,11 +47,6 @@ TEST(XPathTest, DeepSearch) {
       // excluded for the later paths of a union: their children give nothing.
       {"//c[@x] | a/b/b", "0|"}, {"a/b/b | //c[@x]", "0|b=2"},
   });
-  // clang-format on
-}
-
-TEST(XPathTest, UnionsMergeInDocumentOrder) {
-  // clang-format off
   expectRows("<a><b x='p'>1</b><c>2</c><b x='q'>3</b></a>", {
       {"a/c | a/b", "0|b=1,c=2,b=3"}, {"a/b|a/b", "0|b=1,b=3"}, {"a/b | x", "0|b=1,b=3"},
       // The first attribute shares its element's number, so it gives way to it.
@@ -80,35 +74,16 @@ TEST(XPathTest, Axes) {
       {"r/a/c/ancestor::*/e", "0|e=4"}, {"r/a/c/following::*", "0|d=3,e=4"},
       {"r/e/preceding::*", "0|a=,b=1,c=2,d=3"}, {"r/a/c/preceding::*", "0|b=1"},
   });
+  // clang-format on
   // A text or comment node that the descendant axis offers is not among its parent's
   // element children: all of them precede it, none follows it.
-  // clang-format off
-  expectRows("<r><a>1</a><!--c--><b>2</b>t<c>3</c></r>", {
-      {"r/descendant::*/preceding-sibling::*", "0|a=1,b=2,c=3"},
-  });
-  expectRows("<r><!--c--><a>1</a></r>", {
-      {"r/descendant::*/following-sibling::*", "0|"},
-  });
-  // clang-format on
-}
-
-TEST(XPathTest, FollowingReachesOnlyTheTopmostBranches) {
-  // From g the axis reaches g's own later sibling and the topmost element's later
+  expectRows("<r><a>1</a><!--c--><b>2</b>t<c>3</c></r>",
+             {{"r/descendant::*/preceding-sibling::*", "0|a=1,b=2,c=3"}});
+  expectRows("<r><!--c--><a>1</a></r>", {{"r/descendant::*/following-sibling::*", "0|"}});
+  // From g the following axis reaches g's own later sibling and the topmost element's later
   // branches, but not the later siblings of the ancestors in between (h).
-  // clang-format off
-  expectRows("<r><a><f><g/><k/></f><h/></a><e/></r>", {
-      {"r/a/f/g/following::*", "0|k=,e="}, {"r/a/f/k/preceding::*", "0|g="},
-  });
-  // clang-format on
-}
-
-TEST(XPathTest, RootAndErrors) {
-  EXPECT_EQ(TestRows::pathValues(nullptr, "a/b"), "0|");
-  // clang-format off
-  expectRows("<a><b>1</b></a>", {
-      {"[1]/a", "-15006|"}, {"//text()", "-15006|"}, {"a/b[1", "-15101|"},
-  });
-  // clang-format on
+  expectRows("<r><a><f><g/><k/></f><h/></a><e/></r>",
+             {{"r/a/f/g/following::*", "0|k=,e="}, {"r/a/f/k/preceding::*", "0|g="}});
 }
 
 TEST(XPathTest, DeepDocumentsStayWithinTheStack) {

@@ -38,34 +38,21 @@ Tokenized tokenize(const std::wstring& i_XPath) {
   return result;
 }
 
-// Rows {xpath, "code|items"}, the item texts joined by blanks; path operands keep the blanks
-// before them.
-void expectRows(const std::vector<TestRows::Row>& i_Rows) {
-  TestRows::expectRows(i_Rows, [](const std::string& i_XPath) {
-    const Tokenized result = tokenize(TestRows::wide(i_XPath));
-    return std::to_string(result.code) + "|" + result.text();
-  });
-}
-
 }  // namespace
 
-TEST(XPathTokenizerTest, AcceptsAndRejects) {
+// Rows {xpath, "code|items"}, the item texts joined by blanks; path operands keep the blanks
+// before them.
+TEST(XPathTokenizerTest, AcceptsRejectsAndEmitsItemsInSourceOrder) {
   // clang-format off
-  expectRows({
+  TestRows::expectRows({
       // The rejection table holds more texts that are rejected, with the reasons.
       {"child", "-15105|"}, {"1)", "-15105|"}, {"concat('a',)", "-15105|"}, {"a and", "-15105|"},
       {"text()", "0|text()"}, {"a/node()", "0|a/node()"}, {"parentNode", "0|parentNode"},
       {"child::a/@*", "0|child::a/@*"}, {"a/../b/.", "0|a/../b/."}, {"/a", "0|/a"},
-      {"//a[@b='x']/text()", "0|//a[@b='x']/text()"},
-      {"a -b", "0|a -b"}, {"1 - 2", "0|1 - 2"}, {"count(a) - 1", "0|count ( a ) - 1"},
-      {"1.5 * 2.", "0|1.5 * 2."}, {"$x", "0|$ x"}, {"p:a/p:*", "0|p:a/p:*"},
-  });
-  // clang-format on
-}
-
-TEST(XPathTokenizerTest, EmitsItemsInSourceOrder) {
-  // clang-format off
-  expectRows({
+      {"//a[@b='x']/text()", "0|//a[@b='x']/text()"}, {"a -b", "0|a -b"}, {"1 - 2", "0|1 - 2"},
+      {"count(a) - 1", "0|count ( a ) - 1"}, {"1.5 * 2.", "0|1.5 * 2."}, {"$x", "0|$ x"},
+      {"p:a/p:*", "0|p:a/p:*"},
+      // Items in source order.
       {"-2", "0|( 0 - 2 )"}, {"--2", "0|2"}, {"- - -a", "0|( 0 - a )"},
       {"count(a|b)", "0|count ( a|b )"}, {"a | b|c", "0|a| b|c"},
       // Each step of a union joins to the text of the previous step without its quotes.
@@ -77,6 +64,15 @@ TEST(XPathTokenizerTest, EmitsItemsInSourceOrder) {
       // The rest of an and-chain is lost when its first operand is not as long as " and".
       {"a=1 and b=2 and c=3", "0|a = 1 and  b = 2"},
       {"a=10 and b=2 and c=3", "0|a = 10 and  b = 2 and  c = 3"},
+      // Name character classes at their range boundaries.
+      {"a\u00B7", "0|a\u00B7"}, {"\u00B7a", "-15105|"}, {"a\u0387", "0|a\u0387"},
+      {"\u0387a", "-15105|"}, {"\u0E45", "0|\u0E45"}, {"\u0E46", "-15105|"},
+      {"a\u0E46", "0|a\u0E46"}, {"\u3007", "0|\u3007"}, {"\u3006", "-15105|"}, {"_a", "0|_a"},
+      {"a/_b", "0|a/_b"}, {"a/1b", "-15105|"}, {"a/-b", "-15105|"}, {"a/.b", "-15105|"},
+      {"a\u0300", "0|a\u0300"}, {"\u0300a", "-15105|"}, {"a\U00010000", "-15105|"},
+  }, [](const std::string& i_XPath) {
+    const Tokenized result = tokenize(TestRows::wide(i_XPath));
+    return std::to_string(result.code) + "|" + result.text();
   });
   // clang-format on
 }
@@ -99,36 +95,21 @@ TEST(XPathTokenizerTest, ItemsCarryNegativeZeroArgumentCountAndListMarker) {
   EXPECT_FALSE(tokenize(L"count(*)").items[2]->isOperator());
 }
 
-TEST(XPathTokenizerTest, NameCharacterClassesAtRangeBoundaries) {
-  // clang-format off
-  expectRows({
-      {"a\u00B7", "0|a\u00B7"}, {"\u00B7a", "-15105|"}, {"a\u0387", "0|a\u0387"},
-      {"\u0387a", "-15105|"}, {"\u0E45", "0|\u0E45"}, {"\u0E46", "-15105|"},
-      {"a\u0E46", "0|a\u0E46"}, {"\u3007", "0|\u3007"}, {"\u3006", "-15105|"}, {"_a", "0|_a"},
-      {"a/_b", "0|a/_b"}, {"a/1b", "-15105|"}, {"a/-b", "-15105|"}, {"a/.b", "-15105|"},
-      {"a\u0300", "0|a\u0300"}, {"\u0300a", "-15105|"}, {"a\U00010000", "-15105|"},
-  });
-  // clang-format on
-}
-
 // Nesting right at the limit and past it, and inputs that once hung or blew up (the suite's own
 // timeout catches a regression).
 TEST(XPathTokenizerTest, NestingLimitAndHostileInputsGiveCodes) {
+  // clang-format off
   const std::vector<std::pair<std::string, TErrorCode>> rows = {
       {nested("not(", ")", XPATH_MAX_NESTING), 0},
       {nested("not(", ")", XPATH_MAX_NESTING + 1), WRONG},
-      {nested("a[", "]", XPATH_MAX_NESTING), 0},
-      {nested("a[", "]", XPATH_MAX_NESTING + 1), WRONG},
-      {"1 and sand and *", WRONG},
-      {"1111111111 and 1 and xand * *", WRONG},
-      {nested("(", ")", 200) + repeated(")", 50), WRONG},
-      {repeated("(", 5000), WRONG},
-      {repeated("1+", 20000) + "1", 0},
-      {repeated("a/", 20000) + "a", 0},
-      {repeated("-", 20000) + "1", 0},
-      {std::string(XPATH_MAX_LENGTH, 'a'), WRONG},
+      {nested("a[", "]", XPATH_MAX_NESTING), 0}, {nested("a[", "]", XPATH_MAX_NESTING + 1), WRONG},
+      {"1 and sand and *", WRONG}, {"1111111111 and 1 and xand * *", WRONG},
+      {nested("(", ")", 200) + repeated(")", 50), WRONG}, {repeated("(", 5000), WRONG},
+      {repeated("1+", 20000) + "1", 0}, {repeated("a/", 20000) + "a", 0},
+      {repeated("-", 20000) + "1", 0}, {std::string(XPATH_MAX_LENGTH, 'a'), WRONG},
       {repeated("a|", 50000) + "a", 0},
   };
+  // clang-format on
   for (const auto& row : rows) {
     EXPECT_EQ(tokenize(TestRows::wide(row.first)).code, row.second) << row.first.substr(0, 30);
   }

@@ -27,7 +27,7 @@ class XmlPluginTest : public testing::Test {
   PluginPointer m_Plugin{createPlugin()};
 };
 
-TEST_F(XmlPluginTest, DescribesItself) {
+TEST_F(XmlPluginTest, DescribesItselfAndRegistersItsTypes) {
   const PluginSDK::Version version = m_Plugin->getVersion();
   EXPECT_EQ(version.m_Major, 1);
   EXPECT_EQ(version.m_Minor, 1);
@@ -37,15 +37,13 @@ TEST_F(XmlPluginTest, DescribesItself) {
   EXPECT_EQ(m_Plugin->getUnknownSoftware(), 0);
   m_Plugin->setProperty(L"anything", L"ignored");
   m_Plugin->setProperty(nullptr, nullptr);
-}
-
-TEST_F(XmlPluginTest, InitializeRegistersBothTypesInOrder) {
+  // Initializing registers both types, in order.
   EXPECT_EQ(m_Plugin->initializePlugin(), 0);
   const std::vector<std::wstring> expected = {L"XmlValue", L"XmlValues"};
   EXPECT_EQ(m_Plugin->getExpressionNames(), expected);
 }
 
-TEST_F(XmlPluginTest, CreatesExpressionsByExactTypeName) {
+TEST_F(XmlPluginTest, CreatesExpressionsByExactTypeNameOnly) {
   struct Row {
     const wchar_t* m_Name;
     TErrorCode m_Code;
@@ -64,9 +62,7 @@ TEST_F(XmlPluginTest, CreatesExpressionsByExactTypeName) {
         << String(row.m_Name).toNarrow();
     EXPECT_EQ(m_Plugin->destroyExpression(pExpression), 0);
   }
-}
-
-TEST_F(XmlPluginTest, NullArgumentsAreRefusedUntouched) {
+  // Null arguments are refused, the output left untouched.
   PluginSDK::Expression* const sentinel = reinterpret_cast<PluginSDK::Expression*>(&m_Plugin);
   PluginSDK::Expression* pExpression = sentinel;
   EXPECT_EQ(m_Plugin->createExpression(nullptr, &pExpression), -101);

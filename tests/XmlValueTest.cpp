@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 
 #include <string>
+#include <tuple>
 
 #include "TestLimits.h"
 #include "XmlCache.h"
@@ -23,14 +24,6 @@ struct Row {
   std::string m_Scalar;        // "code:value" from XmlValue
   std::string m_Vector;        // "code:value|value..." from XmlValues
 };
-
-std::ostream& operator<<(std::ostream& io_Stream, const Row& i_Row) {
-  const auto show = [](const wchar_t* i_Text) {
-    return i_Text == nullptr ? std::string("(unset)") : "'" + String(i_Text).toNarrow() + "'";
-  };
-  return io_Stream << "file=" << show(i_Row.m_File) << " xpath=" << show(i_Row.m_XPath)
-                   << " mustExist=" << show(i_Row.m_MustExist);
-}
 
 void setProperties(PluginSDK::Expression& io_Expression, const Row& i_Row) {
   if (i_Row.m_File != nullptr) {
@@ -99,8 +92,10 @@ TEST_F(XmlValueTest, PropertiesResultCountsAndMustExist) {
       {L"twins.xml", tooDeep.c_str(), nullptr, "-15106:", "-15106:"},
   };
   for (const Row& row : rows) {
-    EXPECT_EQ(scalarResult(row), row.m_Scalar) << row;
-    EXPECT_EQ(vectorResult(row), row.m_Vector) << row;
+    // file, xpath, mustExist; NULL: not set
+    SCOPED_TRACE(testing::PrintToString(std::make_tuple(row.m_File, row.m_XPath, row.m_MustExist)));
+    EXPECT_EQ(scalarResult(row), row.m_Scalar);
+    EXPECT_EQ(vectorResult(row), row.m_Vector);
   }
 }
 
