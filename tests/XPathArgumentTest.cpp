@@ -1,4 +1,4 @@
-// Operands: classification, numeric text, number formatting and path anchoring.
+// Operands: classification, numeric text, number formatting and reading, path anchoring.
 #include <gtest/gtest.h>
 
 #include <limits>
@@ -7,6 +7,7 @@
 #include "TestXml.h"
 #include "XPathArgument.h"
 #include "XPathEvaluationContext.h"
+#include "XPathNumberText.h"
 
 using namespace XmlPlugin;
 
@@ -72,6 +73,22 @@ TEST(XPathArgumentTest, ComputedNumberIsFormattedLikeAStream) {
     EXPECT_EQ(operand.GetExpression().toNarrow(), row.m_Text) << row.m_Value;
     EXPECT_EQ(operand.getDataType(), NumberType);
     EXPECT_FALSE(operand.isNegativeZero());
+  }
+}
+
+TEST(XPathArgumentTest, WholeNumbersReadAsWcstolReadsThem) {
+  const struct {
+    const wchar_t* m_Text;
+    long m_Value;
+  } rows[] = {
+      // clang-format off
+      {L"0", 0}, {L"7", 7}, {L"123456789", 123456789}, {L"1234567890", 1234567890},
+      {L"98765432101", 98765432101L}, {L"  42", 42}, {L"-17", -17}, {L"+5", 5}, {L"12ab", 12},
+      {L"", 0}, {L"x", 0}, {L"007", 7},
+      // clang-format on
+  };
+  for (const auto& row : rows) {
+    EXPECT_EQ(readInteger(String(row.m_Text)), row.m_Value) << String(row.m_Text).toNarrow();
   }
 }
 

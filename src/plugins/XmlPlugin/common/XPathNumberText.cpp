@@ -9,6 +9,8 @@
 #include <limits>
 #include <string>
 
+#include "host/WideChar.h"
+
 namespace XmlPlugin {
 
 namespace {
@@ -127,6 +129,17 @@ std::wstring_view trimmedView(const String& i_Text) {
     --end;
   }
   return text.substr(begin, end - begin);
+}
+
+long readInteger(const String& i_Text) {
+  // Nine digits at most: the value stays within a long on every platform.
+  const wchar_t* pText = i_Text.c_str();
+  long value = 0;
+  int digits = 0;
+  for (; digits < 10 && pText[digits] >= L'0' && pText[digits] <= L'9'; ++digits) {
+    value = value * 10 + (pText[digits] - L'0');
+  }
+  return digits > 0 && digits < 10 && pText[digits] == L'\0' ? value : i_wcstol(pText, nullptr, 10);
 }
 
 }  // namespace XmlPlugin

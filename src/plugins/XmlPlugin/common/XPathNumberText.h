@@ -24,6 +24,10 @@ String formatInteger(long i_Value);
 // value of its sign.
 bool readNumber(std::wstring_view i_Text, double& o_Value);
 
+// The whole number at the start of i_Text as wcstol reads it in base 10. Plain digits, the
+// form attribute lookups report numbers in, are read without a call per text.
+long readInteger(const String& i_Text);
+
 // i_Text without the white space (iswspace) at either end, as String::trim cuts it, without a
 // copy: valid while i_Text lives.
 std::wstring_view trimmedView(const String& i_Text);

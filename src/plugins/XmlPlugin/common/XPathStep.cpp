@@ -5,9 +5,9 @@
 #include <string_view>
 
 #include "XPathEvaluationContext.h"
+#include "XPathNumberText.h"
 #include "XPathPredicate.h"
 #include "XmlPluginConstants.h"
-#include "host/WideChar.h"
 
 namespace XmlPlugin {
 
@@ -375,7 +375,7 @@ TErrorCode XPathLeafStep::evaluateAttribute(Node* i_Node, XPathOutputCollector& 
   if (result != 0) {
     return result;
   }
-  const int32_t index = static_cast<int32_t>(i_wcstol(number.c_str(), nullptr, 10));
+  const int32_t index = static_cast<int32_t>(readInteger(number));
   io_Output.add(makeItem(value, value, index, i_Node));
   return 0;
 }
