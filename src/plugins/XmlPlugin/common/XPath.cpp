@@ -57,23 +57,20 @@ bool visitSiblings(XPathEvaluationContext& io_Context, const Node* i_pParent, co
   return place < pChildren->size();
 }
 
-// The element children of a node in document order, none of them marked.
-TErrorCode unmarkedChildren(const Node* i_pNode, std::vector<MarkedNode>& o_Children) {
-  const NodeList* pChildren = nullptr;
-  const TErrorCode result = i_pNode->getChildren(&pChildren);
-  if (result != 0 || pChildren == nullptr) {
-    return result;
+// The element children in a child list (null for none) in document order, none of them marked.
+void unmarkedChildren(const NodeList* i_pChildren, std::vector<MarkedNode>& o_Children) {
+  if (i_pChildren == nullptr) {
+    return;
   }
   // One allocation rather than doublings; a lone child is often text and needs none.
-  if (pChildren->size() > 1) {
-    o_Children.reserve(o_Children.size() + pChildren->size());
+  if (i_pChildren->size() > 1) {
+    o_Children.reserve(o_Children.size() + i_pChildren->size());
   }
-  for (Node* pChild : *pChildren) {
+  for (Node* pChild : *i_pChildren) {
     if (pChild->getType() == ElementNode) {
       o_Children.push_back(MarkedNode{pChild, false});
     }
   }
-  return 0;
 }
 
 bool outputsAfterMatch(StepAxis i_Axis, bool i_absoluteDeepSearch) {
@@ -351,19 +348,18 @@ TErrorCode XPath::evaluateChildren(Node* i_Node, const XPathStep& i_Step, const 
   if (i_pNext != nullptr && i_pNext->getAnchoredPosition(m_Context) > 0) {
     return evaluateAnchoredChild(i_Node, i_Step, *i_pNext, i_Position, io_Output);
   }
-  XPathVectorPool<MarkedNode>::Lease lease(m_ChildLists);
-  std::vector<MarkedNode>& children = *lease;
-  const bool filtered = i_pNext != nullptr && !i_pNext->getPredicates().empty();
   const NodeList* pChildren = nullptr;
-  TErrorCode result =
-      filtered ? unmarkedChildren(i_Node, children) : i_Node->getChildren(&pChildren);
+  TErrorCode result = i_Node->getChildren(&pChildren);
   if (result != 0) {
     traceNoChildren(i_Step);
     return result;
   }
-  if (!filtered) {
+  if (i_pNext == nullptr || i_pNext->getPredicates().empty()) {
     return evaluateElements(pChildren, i_Position + 1, io_Output, false);
   }
+  XPathVectorPool<MarkedNode>::Lease lease(m_ChildLists);
+  std::vector<MarkedNode>& children = *lease;
+  unmarkedChildren(pChildren, children);
   if (!m_Context.admit(children.size())) {
     return XML_PLUGIN_ERROR_XPATH_UNSUPPORTED_EXPRESSION;
   }
@@ -405,17 +401,18 @@ TErrorCode XPath::evaluateAnchoredChild(Node* i_Node, const XPathStep& i_Step,
 
 TErrorCode XPath::searchInDepth(Node* i_Node, const XPathStep& i_Step, unsigned int i_Position,
                                 XPathOutputCollector& io_Output, bool i_absoluteDeepSearch) {
+  // A node whose children cannot be listed is searched as one without children.
+  const NodeList* pChildren = nullptr;
+  if (i_Node->getChildren(&pChildren) != 0) {
+    pChildren = nullptr;
+  }
   if (i_Step.getPredicates().empty()) {
     // Nothing is marked: the children need no list of their own.
-    const NodeList* pChildren = nullptr;
-    if (i_Node->getChildren(&pChildren) != 0) {
-      pChildren = nullptr;
-    }
     return evaluateElements(pChildren, i_Position, io_Output, i_absoluteDeepSearch);
   }
   XPathVectorPool<MarkedNode>::Lease lease(m_ChildLists);
   std::vector<MarkedNode>& marked = *lease;
-  unmarkedChildren(i_Node, marked);
+  unmarkedChildren(pChildren, marked);
   if (!m_Context.admit(marked.size())) {
     return XML_PLUGIN_ERROR_XPATH_UNSUPPORTED_EXPRESSION;
   }

@@ -104,9 +104,9 @@ XPathStep::XPathStep(StepType i_StepType, const String& i_Name, StepAxis i_Axis,
       m_Name(i_Name),
       m_StepType(i_StepType),
       m_Axis(i_Axis),
-      m_AnyName(i_Name.compareTo(L"*") == 0 || i_Name.compareTo(L"node()") == 0),
-      m_TextTest(i_Name.compareTo(L"text()") == 0),
-      m_StarName(i_Name.compareTo(L"*") == 0) {
+      m_StarName(i_Name.compareTo(L"*") == 0),
+      m_AnyName(m_StarName || i_Name.compareTo(L"node()") == 0),
+      m_TextTest(i_Name.compareTo(L"text()") == 0) {
   for (size_t index = 0; index < m_Predicates.size(); ++index) {
     if (!m_Predicates[index]->hasCondition()) {
       m_LastPredicateWithoutText = static_cast<long>(index);

@@ -158,9 +158,9 @@ class XPathStep {
   StepType m_StepType;
   StepAxis m_Axis;
   bool m_AbsoluteDeepSearch = false;
+  bool m_StarName;                       // "*"
   bool m_AnyName;                        // "*" or "node()": every node passes the name test
   bool m_TextTest;                       // "text()"
-  bool m_StarName;                       // "*"
   long m_LastPredicateWithoutText = -1;  // the index of the last "[]", -1 without one
 };
 
