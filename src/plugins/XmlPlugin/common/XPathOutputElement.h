@@ -1,6 +1,7 @@
 // One item of an evaluation result, and the candidate record of location-path evaluation.
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <vector>
 
@@ -19,6 +20,11 @@ class XPathOutputElement {
   // The string the host receives for this item: the node text for an item that stands for
   // a node, the value for a computed one.
   const String& hostValue() const { return m_Node != nullptr ? m_NodeText : m_Value; }
+
+  // Items are made and freed by the ten thousand: each thread keeps the memory of freed
+  // items, up to a bound, for the next ones.
+  static void* operator new(size_t i_Size);
+  static void operator delete(void* i_pItem);
 };
 
 // A vector of output elements owns them: whoever holds the vector deletes the items
