@@ -8,6 +8,7 @@
 // are timed for this engine alone.
 //   cmake --preset release && cmake --build --preset release --target query_bench
 //   build/release/bin/query_bench --benchmark_filter=10MB
+//   build/release/bin/query_bench --benchmark_filter=floor
 #include <benchmark/benchmark.h>
 #include <libxml/parser.h>
 #include <libxml/tree.h>
@@ -22,6 +23,7 @@
 #include "XPathEngine.h"
 #include "XPathOutputElement.h"
 #include "XmlCache.h"
+#include "host/Node.h"
 
 using namespace XmlPlugin;
 
@@ -132,6 +134,37 @@ void runLibXml2(benchmark::State& io_State, const std::string& i_Path, const std
   io_State.counters["values"] = static_cast<double>(values);
 }
 
+// The floor under a search in depth over the host's tree: a walk that asks every child its kind
+// and every element its children and its name through the host's calls, as the engine must,
+// and counts the matches, with nothing else done.
+size_t countHostElements(const Node* i_pNode, const String& i_Name) {
+  size_t count = i_pNode->m_Name == i_Name ? 1 : 0;
+  const NodeList* pChildren = nullptr;
+  if (i_pNode->getChildren(&pChildren) == 0 && pChildren != nullptr) {
+    for (const Node* pChild : *pChildren) {
+      if (pChild->getType() == ElementNode) {
+        count += countHostElements(pChild, i_Name);
+      }
+    }
+  }
+  return count;
+}
+
+void walkHostTree(benchmark::State& io_State, const std::string& i_Path) {
+  const Node* pTree = nullptr;
+  if (XmlCache::get()->getXmlTree(String(i_Path.c_str()), pTree) != 0 || pTree == nullptr) {
+    io_State.SkipWithError("not loaded");
+    return;
+  }
+  const String name(L"book");
+  size_t matches = 0;
+  for (auto _ : io_State) {
+    matches = countHostElements(pTree, name);
+    benchmark::DoNotOptimize(matches);
+  }
+  io_State.counters["values"] = static_cast<double>(matches);
+}
+
 void registerQuery(const std::string& i_Group, const std::string& i_Path,
                    const std::string& i_XPath, bool i_WithPeers) {
   const std::string name = i_Group + " " + i_XPath;
@@ -163,6 +196,9 @@ int main(int argc, char** argv) {
           std::string("sum(/catalog/book/price)"), std::string("/catalog/book[year>2000]/title")}) {
       registerQuery(group, source.m_File->path(), xpath, true);
     }
+    benchmark::RegisterBenchmark(("floor " + group + " walk to every book | host tree").c_str(),
+                                 walkHostTree, source.m_File->path())
+        ->Unit(benchmark::kMillisecond);
   }
   std::vector<std::unique_ptr<TemporaryFile>> flats;
   for (size_t children : {10000, 100000}) {

@@ -21,9 +21,15 @@ def medians(binary, size, repetitions, engines):
     output = subprocess.run(
         [binary, f"--benchmark_filter=^{size} .*\\| ({engine_filter})$",
          f"--benchmark_repetitions={repetitions}", "--benchmark_report_aggregates_only=true",
-         "--benchmark_format=json"],
+         # Repetitions of all rows in a random order: a machine whose speed drifts during the
+         # run moves every engine's median alike, and the ratios stay meaningful.
+         "--benchmark_enable_random_interleaving=true", "--benchmark_format=json"],
         check=True, capture_output=True, text=True).stdout
-    times = {}
+    # Rows in the order the benchmark registers them, whatever order they ran in.
+    listed = subprocess.run([binary, "--benchmark_list_tests"], check=True, capture_output=True,
+                            text=True).stdout.splitlines()
+    times = {name[len(size) + 1:].rsplit(" | ", 1)[0]: {}
+             for name in listed if name.startswith(size + " ")}
     for run in json.loads(output)["benchmarks"]:
         # One repetition reports its run, several their median.
         wanted = "median" if repetitions > 1 else None
