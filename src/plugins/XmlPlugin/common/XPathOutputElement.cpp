@@ -8,7 +8,7 @@ namespace {
 
 // A result of many items is freed at once, and the heap merges such a run back into large
 // blocks before the next large request, so that the next result's items each took the
-// heap's slow path. The kept memory is bounded: about 7 MB a thread. Under AddressSanitizer
+// heap's slow path. The kept memory is bounded: about 6 MB a thread. Under AddressSanitizer
 // nothing is kept, so that it still sees every item used after it was freed.
 #if defined(__SANITIZE_ADDRESS__)
 const size_t KEPT_FREE_ITEMS = 0;
