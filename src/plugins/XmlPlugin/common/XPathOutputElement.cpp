@@ -25,7 +25,7 @@ struct FreeItem {
 struct FreeItems {
   FreeItem* m_pFirst;
   size_t m_Count;
-  bool m_Armed;
+  bool m_CloserRegistered;
   bool m_Closed;
 };
 thread_local FreeItems t_FreeItems;
@@ -41,7 +41,7 @@ struct FreeItemsCloser {
     }
     t_FreeItems.m_Count = 0;
   }
-  void arm() { t_FreeItems.m_Armed = true; }
+  void registerForThread() { t_FreeItems.m_CloserRegistered = true; }
 };
 thread_local FreeItemsCloser t_FreeItemsCloser;
 
@@ -49,7 +49,7 @@ thread_local FreeItemsCloser t_FreeItemsCloser;
 
 void* XPathOutputElement::operator new(size_t i_Size) {
   FreeItems& items = t_FreeItems;
-  if (items.m_pFirst == nullptr) {
+  if (items.m_pFirst == nullptr || i_Size != sizeof(XPathOutputElement)) {
     return ::operator new(i_Size);
   }
   FreeItem* pItem = items.m_pFirst;
@@ -58,17 +58,17 @@ void* XPathOutputElement::operator new(size_t i_Size) {
   return pItem;
 }
 
-void XPathOutputElement::operator delete(void* i_pItem) {
+void XPathOutputElement::operator delete(void* i_pItem, size_t i_Size) {
   FreeItems& items = t_FreeItems;
   if (i_pItem == nullptr) {
     return;
   }
-  if (items.m_Closed || items.m_Count >= KEPT_FREE_ITEMS) {
+  if (items.m_Closed || items.m_Count >= KEPT_FREE_ITEMS || i_Size != sizeof(XPathOutputElement)) {
     ::operator delete(i_pItem);
     return;
   }
-  if (!items.m_Armed) {
-    t_FreeItemsCloser.arm();
+  if (!items.m_CloserRegistered) {
+    t_FreeItemsCloser.registerForThread();
   }
   static_assert(sizeof(XPathOutputElement) >= sizeof(FreeItem), "an item holds a link");
   items.m_pFirst = new (i_pItem) FreeItem{items.m_pFirst};

@@ -24,7 +24,7 @@ class XPathOutputElement {
   // Items are made and freed by the ten thousand: each thread keeps the memory of freed
   // items, up to a bound, for the next ones.
   static void* operator new(size_t i_Size);
-  static void operator delete(void* i_pItem);
+  static void operator delete(void* i_pItem, size_t i_Size);
 };
 
 // A vector of output elements owns them: whoever holds the vector deletes the items
