@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <string>
+#include <thread>
 #include <vector>
 
 #include "EngineAnswer.h"
@@ -85,4 +86,23 @@ TEST_F(XPathEngineTest, DeepExpressionsFitASmallStack) {
   runOnSmallStack([&rows] {
     TestRows::expectRows(rows, [](const std::string& i_XPath) { return run(i_XPath); });
   });
+}
+
+// The memory of freed items is kept by each thread and given back when the thread ends: items
+// made on a thread of their own, freed there or after it ended, answer alike.
+TEST_F(XPathEngineTest, RequestsOnAThreadOfTheirOwnAnswerAlike) {
+  std::string onThread;
+  XPathOutputElements keptPastThread;
+  OutputElementsGuard guard(keptPastThread);
+  std::thread worker([&] {
+    for (int i = 0; i < 3; ++i) {
+      onThread = run("/a/b");
+    }
+    EXPECT_EQ(XPathEngine().start(String("/a/c/@x"), String(FILE_A.path().c_str()), keptPastThread),
+              0);
+  });
+  worker.join();
+  EXPECT_EQ(onThread, "0:1,2");
+  EXPECT_EQ(answerText(0, keptPastThread), "0:y");
+  EXPECT_EQ(run("/a/b"), "0:1,2");
 }
