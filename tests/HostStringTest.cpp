@@ -4,6 +4,7 @@
 #include <string>
 
 #include "host/String.h"
+#include "host/StringMap.h"
 
 namespace {
 
@@ -121,3 +122,22 @@ TEST(HostString, Conversions) {
 }
 
 }  // namespace
+
+// A lookup writes the number into the caller's string, reusing its buffer only when nothing
+// else shares it, and never leaves digits of a longer number behind.
+TEST(HostString, LookupsWriteNumbersIntoTheCallersString) {
+  const String names[] = {String(L"a")};
+  const String values[] = {String(L"v")};
+  String value;
+  String number(L"text");
+  const String shared(number);
+  ASSERT_EQ(0, StringMap(names, values, 1, 1234567).getEntry(String(L"a"), value, number));
+  EXPECT_STREQ(L"1234567", number.c_str());
+  EXPECT_STREQ(L"text", shared.c_str());
+  ASSERT_EQ(0, StringMap(names, values, 1, 5).getEntry(String(L"a"), value, number));
+  EXPECT_STREQ(L"5", number.c_str());
+  EXPECT_EQ(1, number.length());
+  ASSERT_EQ(0, StringMap(names, values, 1, INT_MAX).getEntry(String(L"a"), value, number));
+  EXPECT_STREQ(L"2147483647", number.c_str());
+  EXPECT_STREQ(L"v", value.c_str());
+}

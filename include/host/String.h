@@ -66,6 +66,8 @@ class String {
   struct Buffer;
   // Strings whose buffers are placed in a document's storage are made there.
   friend class TreeArena;
+  // Attribute lookups write numbers into the caller's string.
+  friend class StringMap;
   // A string over a buffer placed there: marked in its pointer, so that copying and
   // destroying it touch neither the buffer nor its count.
   explicit String(Buffer* i_pPlaced);
@@ -75,6 +77,9 @@ class String {
   void makeUnique(int i_ExtraCapacity);
   std::wstring_view view() const { return std::wstring_view(c_str(), length()); }
   String& append(const wchar_t* i_Text, int i_Length);
+  // Replaces the text by the decimal text of i_Value, in the string's own buffer when it has
+  // one large enough that nothing else shares.
+  void assignDecimal(long i_Value);
   int compareTo(std::wstring_view i_Other, int i_IgnoreCase) const;
   Buffer* m_Buffer;  // null for the empty string; its lowest bit marks a placed buffer
 };

@@ -237,12 +237,27 @@ String& String::trim() {
 }
 
 String String::valueOf(long i_Value) {
-  // Attribute lookups report numbers through this: no stream or locale per call.
+  String text;
+  text.assignDecimal(i_Value);
+  return text;
+}
+
+void String::assignDecimal(long i_Value) {
+  // Attribute lookups report numbers through this, into a string the caller may reuse: no
+  // stream, no locale and, for a reused string, no allocation per call.
   char digits[24];
   const char* end = std::to_chars(digits, digits + sizeof(digits), i_Value).ptr;
-  wchar_t wide[24];
-  std::copy(static_cast<const char*>(digits), end, wide);
-  return String(wide, static_cast<int>(end - digits));
+  const int length = static_cast<int>(end - digits);
+  if (m_Buffer != nullptr && !isPlaced() &&
+      m_Buffer->m_References.load(std::memory_order_acquire) == 1) {
+    m_Buffer->m_Length = 0;
+  } else {
+    release();
+  }
+  makeUnique(length);
+  std::copy(static_cast<const char*>(digits), end, m_Buffer->chars());
+  m_Buffer->m_Length = length;
+  m_Buffer->chars()[length] = L'\0';
 }
 
 std::string String::toNarrow() const {

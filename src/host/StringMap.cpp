@@ -19,7 +19,7 @@ TErrorCode StringMap::getEntry(const String& i_Name, String& o_Value, String& o_
   for (int32_t i = 0; i < m_Count; ++i) {
     if (m_Names[i] == i_Name) {
       o_Value = m_Values[i];
-      o_Number = String::valueOf(static_cast<long>(m_FirstNumber) + i);
+      o_Number.assignDecimal(static_cast<long>(m_FirstNumber) + i);
       return 0;
     }
   }

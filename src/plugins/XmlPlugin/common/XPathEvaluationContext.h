@@ -126,6 +126,10 @@ class XPathEvaluationContext {
   // The same for the name test of exactly i_Name.
   TErrorCode nthChild(const Node* i_pParent, const String& i_Name, long i_Position,
                       Node*& o_pChild);
+  // The text the host writes attribute numbers into: one for the whole request lets the host
+  // reuse its buffer instead of allocating one per lookup.
+  String& attributeNumber() { return m_AttributeNumber; }
+
   // The first text child of a node, or null, in constant time however many children come
   // before it; -101 for a null node.
   TErrorCode firstTextChild(const Node* i_pNode, Node*& o_pText);
@@ -169,6 +173,7 @@ class XPathEvaluationContext {
   String m_LastName;
   const std::vector<Node*>* m_pLastNamed = nullptr;
   std::unordered_map<const Node*, Node*> m_FirstTexts;  // of elements with many children
+  String m_AttributeNumber;
   std::unordered_set<const Node*> m_IndexedParents;
   std::unordered_map<const Node*, size_t> m_ChildPositions;  // of their children
 };

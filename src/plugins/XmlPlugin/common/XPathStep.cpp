@@ -319,7 +319,7 @@ TErrorCode XPathLeafStep::evaluateNode(Node* i_Node, XPathOutputCollector& io_Ou
                                               : evaluateElement(i_Node, io_Output, io_Context);
   }
   return isStarName() ? evaluateAttributes(i_Node, io_Output)
-                      : evaluateAttribute(i_Node, io_Output);
+                      : evaluateAttribute(i_Node, io_Output, io_Context);
 }
 
 TErrorCode XPathLeafStep::addElement(std::unique_ptr<XPathOutputElement> i_pItem,
@@ -362,12 +362,13 @@ TErrorCode XPathLeafStep::evaluateAttributes(Node* i_Node, XPathOutputCollector&
   return 0;
 }
 
-TErrorCode XPathLeafStep::evaluateAttribute(Node* i_Node, XPathOutputCollector& io_Output) const {
+TErrorCode XPathLeafStep::evaluateAttribute(Node* i_Node, XPathOutputCollector& io_Output,
+                                            XPathEvaluationContext& io_Context) const {
   if (i_Node->m_Attributes == nullptr) {
     return XML_PLUGIN_ERROR_XPATH_NOT_FOUND;
   }
   String value;
-  String number;
+  String& number = io_Context.attributeNumber();
   const TErrorCode result = i_Node->m_Attributes->getEntry(getName(), value, number);
   if (result == HOST_ERROR_KEY_NOT_FOUND || result == HOST_ERROR_ENTRY_MISSING) {
     return XML_PLUGIN_ERROR_XPATH_NOT_FOUND;

@@ -205,7 +205,8 @@ class XPathLeafStep : public XPathStep {
   TErrorCode evaluateElement(Node* i_Node, XPathOutputCollector& io_Output,
                              XPathEvaluationContext& io_Context) const;
   TErrorCode evaluateAttributes(Node* i_Node, XPathOutputCollector& io_Output) const;
-  TErrorCode evaluateAttribute(Node* i_Node, XPathOutputCollector& io_Output) const;
+  TErrorCode evaluateAttribute(Node* i_Node, XPathOutputCollector& io_Output,
+                               XPathEvaluationContext& io_Context) const;
 };
 
 }  // namespace XmlPlugin
