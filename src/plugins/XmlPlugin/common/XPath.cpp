@@ -26,6 +26,15 @@ namespace XmlPlugin {
 
 namespace {
 
+// Long child lists are walked faster when the node a few places ahead is already on its way
+// from memory: trying a node costs less than fetching it.
+void fetchAhead(const NodeList& i_Children, size_t i_Index) {
+  const size_t CHILDREN_FETCHED_AHEAD = 4;
+  if (i_Index + CHILDREN_FETCHED_AHEAD < i_Children.size()) {
+    __builtin_prefetch(i_Children[i_Index + CHILDREN_FETCHED_AHEAD]);
+  }
+}
+
 [[gnu::noinline]] void traceNoChildren(const XPathStep& i_Step) {
   Trace trace(pluginTracer(), "XPath::evaluateStep");
   HOST_TRACE(trace, 1) << "Unable to get descendants from node [" << i_Step.getName() << "]";
@@ -431,6 +440,7 @@ TErrorCode XPath::evaluateElements(const NodeList* i_pChildren, unsigned int i_P
   TErrorCode result = 0;
   for (size_t i = 0; i_pChildren != nullptr && i < i_pChildren->size() && result == 0; ++i) {
     Node* pChild = (*i_pChildren)[i];
+    fetchAhead(*i_pChildren, i);
     if (pChild->getType() != ElementNode) {
       continue;
     }
