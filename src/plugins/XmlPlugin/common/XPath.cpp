@@ -15,11 +15,11 @@
 #include "XPath.h"
 
 #include <algorithm>
-#include <cstdint>
 #include <list>
 
 #include "PluginTracer.h"
 #include "XPathEvaluationObserver.h"
+#include "XPathNodeFetch.h"
 #include "XmlPluginConstants.h"
 #include "host/Trace.h"
 
@@ -27,18 +27,9 @@ namespace XmlPlugin {
 
 namespace {
 
-// Long child lists are walked faster when the node a few places ahead is already on its way
-// from memory: trying a node costs less than fetching it. The line after the node's first
-// comes too: a node may straddle two lines, and what the reader made right after an element
-// (its attributes) is read next.
 void fetchAhead(const NodeList& i_Children, size_t i_Index) {
-  const size_t CHILDREN_FETCHED_AHEAD = 4;
-  const uintptr_t LINE = 64;
-  if (i_Index + CHILDREN_FETCHED_AHEAD < i_Children.size()) {
-    const uintptr_t node =
-        reinterpret_cast<uintptr_t>(i_Children[i_Index + CHILDREN_FETCHED_AHEAD]);
-    __builtin_prefetch(reinterpret_cast<const void*>(node));
-    __builtin_prefetch(reinterpret_cast<const void*>(node + LINE));
+  if (i_Index + NODES_FETCHED_AHEAD < i_Children.size()) {
+    fetchNode(i_Children[i_Index + NODES_FETCHED_AHEAD]);
   }
 }
 

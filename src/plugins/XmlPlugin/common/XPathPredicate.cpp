@@ -7,6 +7,7 @@
 #include "XPathEvaluationContext.h"
 #include "XPathEvaluationObserver.h"
 #include "XPathExpressionCache.h"
+#include "XPathNodeFetch.h"
 #include "XPathNumberText.h"
 #include "XmlPluginConstants.h"
 #include "host/Trace.h"
@@ -135,7 +136,17 @@ TErrorCode XPathPredicate::keepMatching(std::list<Node*>& io_Nodes,
   XPathEvaluationObserver* pObserver = io_Context.getObserver();
   if (pObserver != nullptr)
     pObserver->predicateStarted(text, io_Nodes.size());
+  // Judging reads each candidate's attributes and children: the candidate a few places ahead
+  // is fetched meanwhile.
+  std::list<Node*>::const_iterator ahead = io_Nodes.begin();
+  for (unsigned int skipped = 0; skipped < NODES_FETCHED_AHEAD && ahead != io_Nodes.end();
+       ++skipped) {
+    ++ahead;
+  }
   for (Node* pCandidate : io_Nodes) {
+    if (ahead != io_Nodes.end()) {
+      fetchNode(*ahead++);
+    }
     if (pCandidate->m_Name != prevNodeName) {
       nextPositionByName[prevNodeName] = namePosition;
       const auto found = nextPositionByName.find(pCandidate->m_Name);
