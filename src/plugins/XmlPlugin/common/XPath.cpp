@@ -27,9 +27,13 @@ namespace XmlPlugin {
 
 namespace {
 
+// Asks for the node a few places ahead of i_Index; at the start, for all the places before
+// it too, so that a short list's nodes come from memory together rather than one by one.
 void fetchAhead(const NodeList& i_Children, size_t i_Index) {
-  if (i_Index + NODES_FETCHED_AHEAD < i_Children.size()) {
-    fetchNode(i_Children[i_Index + NODES_FETCHED_AHEAD]);
+  const size_t first = i_Index == 0 ? 1 : i_Index + NODES_FETCHED_AHEAD;
+  for (size_t ahead = first; ahead <= i_Index + NODES_FETCHED_AHEAD && ahead < i_Children.size();
+       ++ahead) {
+    fetchNode(i_Children[ahead]);
   }
 }
 
