@@ -12,6 +12,12 @@ namespace XmlPlugin {
 
 class XPathOutputElement {
  public:
+  XPathOutputElement() = default;
+  // An item that stands for a node; the strings are copied as they are made.
+  XPathOutputElement(const String& i_NodeText, const String& i_Value, int32_t i_Index,
+                     Node* i_pNode)
+      : m_NodeText(i_NodeText), m_Value(i_Value), m_Index(i_Index), m_Node(i_pNode) {}
+
   String m_NodeText;       // the text the item stands for as a node; empty for computed items
   String m_Value;          // the item's string result (attribute value, text, computed value)
   int32_t m_Index = 0;     // document-order number of what the item stands for

@@ -36,12 +36,14 @@ TErrorCode childList(const Node* i_Node, const NodeList*& o_pChildren) {
 
 std::unique_ptr<XPathOutputElement> makeItem(const String& i_NodeText, const String& i_Value,
                                              int32_t i_Index, Node* i_pNode) {
-  std::unique_ptr<XPathOutputElement> pItem(new XPathOutputElement);
-  pItem->m_NodeText = i_NodeText;
-  pItem->m_Value = i_Value;
-  pItem->m_Index = i_Index;
-  pItem->m_Node = i_pNode;
-  return pItem;
+  return std::unique_ptr<XPathOutputElement>(
+      new XPathOutputElement(i_NodeText, i_Value, i_Index, i_pNode));
+}
+
+// The text of an element without text, and the value of an element item: one string for all.
+const String& noText() {
+  static const String s_Empty;
+  return s_Empty;
 }
 
 struct AxisName {
@@ -345,8 +347,9 @@ TErrorCode XPathLeafStep::evaluateElement(Node* i_Node, XPathOutputCollector& io
                                           XPathEvaluationContext& io_Context) const {
   Node* pText = nullptr;
   const TErrorCode result = io_Context.firstTextChild(i_Node, pText);
-  const String text = pText != nullptr ? pText->m_Name : String();
-  addElement(makeItem(text, String(), i_Node->m_Index, i_Node), io_Output);
+  addElement(
+      makeItem(pText != nullptr ? pText->m_Name : noText(), noText(), i_Node->m_Index, i_Node),
+      io_Output);
   return result;
 }
 
