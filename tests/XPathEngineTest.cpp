@@ -106,3 +106,18 @@ TEST_F(XPathEngineTest, RequestsOnAThreadOfTheirOwnAnswerAlike) {
   EXPECT_EQ(answerText(0, keptPastThread), "0:y");
   EXPECT_EQ(run("/a/b"), "0:1,2");
 }
+
+// A search in depth applies a predicate step's name test while listing the children; that
+// verdict (b and a pass "*") must not stand in for the next step's name test.
+TEST_F(XPathEngineTest, NameTestsBelongToTheirStep) {
+  const TestXml::TempFile file(
+      "<r><a x='1'><b x='2'><c>t</c></b><c>v</c></a><b x='1'><c>w</c></b></r>");
+  // clang-format off
+  const std::vector<TestRows::Row> rows = {
+      {"//*[@x]/self::c/c", "0:v,w"}, {"//*[@x]/self::a/c", "0:v,w"}, {"//*[@x]/c", "0:t,v,w"},
+      {"count(//b[1]/self::c)", "0:0"}, {"count(//a[1]/self::b)", "0:0"},
+  };
+  // clang-format on
+  TestRows::expectRows(
+      rows, [&](const std::string& i_XPath) { return engineAnswer(i_XPath, file.path()); });
+}

@@ -68,8 +68,10 @@ bool visitSiblings(XPathEvaluationContext& io_Context, const Node* i_pParent, co
   return place < pChildren->size();
 }
 
-// The element children in a child list (null for none) in document order, none of them marked.
-void unmarkedChildren(const NodeList* i_pChildren, std::vector<MarkedNode>& o_Children) {
+// The element children in a child list (null for none) in document order, none of them
+// marked, each with i_Step's name test tried.
+void unmarkedChildren(const NodeList* i_pChildren, const XPathStep& i_Step,
+                      std::vector<MarkedNode>& o_Children) {
   if (i_pChildren == nullptr) {
     return;
   }
@@ -79,7 +81,8 @@ void unmarkedChildren(const NodeList* i_pChildren, std::vector<MarkedNode>& o_Ch
   }
   for (Node* pChild : *i_pChildren) {
     if (pChild->getType() == ElementNode) {
-      o_Children.push_back(MarkedNode{pChild, false});
+      const NameTest name = i_Step.stepMatching(pChild) != 0 ? NameTest::passes : NameTest::fails;
+      o_Children.push_back(MarkedNode{pChild, false, name, pChild->m_Index});
     }
   }
 }
@@ -249,7 +252,12 @@ TErrorCode XPath::tryStep(MarkedNode i_Node, unsigned int i_StepPosition,
     return result;
   }
   unsigned int position = i_StepPosition;
-  if (pStep->stepMatching(i_Node.m_Node) != 0) {
+  const bool matches = i_Node.m_NameTest == NameTest::untried
+                           ? pStep->stepMatching(i_Node.m_Node) != 0
+                           : i_Node.m_NameTest == NameTest::passes;
+  // The verdict was this step's, not the next ones'.
+  i_Node.m_NameTest = NameTest::untried;
+  if (matches) {
     if (XPathEvaluationObserver* pObserver = m_Context.getObserver())
       pObserver->stepMatched(i_StepPosition, i_Node.m_Node, i_Node.m_Marked);
     result = evaluateMatch(i_Node, *pStep, position, io_Output, i_absoluteDeepSearch);
@@ -370,7 +378,7 @@ TErrorCode XPath::evaluateChildren(Node* i_Node, const XPathStep& i_Step, const 
   }
   XPathVectorPool<MarkedNode>::Lease lease(m_ChildLists);
   std::vector<MarkedNode>& children = *lease;
-  unmarkedChildren(pChildren, children);
+  unmarkedChildren(pChildren, *i_pNext, children);
   if (!m_Context.admit(children.size())) {
     return XML_PLUGIN_ERROR_XPATH_UNSUPPORTED_EXPRESSION;
   }
@@ -423,7 +431,7 @@ TErrorCode XPath::searchInDepth(Node* i_Node, const XPathStep& i_Step, unsigned 
   }
   XPathVectorPool<MarkedNode>::Lease lease(m_ChildLists);
   std::vector<MarkedNode>& marked = *lease;
-  unmarkedChildren(pChildren, marked);
+  unmarkedChildren(pChildren, i_Step, marked);
   if (!m_Context.admit(marked.size())) {
     return XML_PLUGIN_ERROR_XPATH_UNSUPPORTED_EXPRESSION;
   }
@@ -431,8 +439,14 @@ TErrorCode XPath::searchInDepth(Node* i_Node, const XPathStep& i_Step, unsigned 
   if (m_Path.asksForExcludedParents()) {
     rememberMarked(marked);
   }
+  // After a self step the search goes on at the step after i_Step, whose name test differs.
+  const bool nameTested = getStep(i_Position) == &i_Step;
   for (size_t i = 0; i < marked.size() && result == 0; ++i) {
-    result = evaluateStep(marked[i], i_Position, io_Output, i_absoluteDeepSearch);
+    MarkedNode candidate = marked[i];
+    if (!nameTested) {
+      candidate.m_NameTest = NameTest::untried;
+    }
+    result = evaluateStep(candidate, i_Position, io_Output, i_absoluteDeepSearch);
   }
   return result;
 }
@@ -456,7 +470,7 @@ TErrorCode XPath::evaluateElements(const NodeList* i_pChildren, unsigned int i_P
 [[gnu::noinline]] void XPath::rememberMarked(const std::vector<MarkedNode>& i_Marked) {
   for (const MarkedNode& candidate : i_Marked) {
     if (candidate.m_Marked) {
-      m_MarkedNodes.insert(candidate.m_Node);
+      m_MarkedNodes.insert(candidate.m_Number);
     }
   }
 }

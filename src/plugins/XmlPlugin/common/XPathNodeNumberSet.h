@@ -16,9 +16,10 @@ namespace XmlPlugin {
 
 class XPathNodeNumberSet {
  public:
-  void insert(const Node* i_pNode) {
+  // A node by its number (m_Index).
+  void insert(int32_t i_Number) {
     m_Empty = false;
-    const int32_t number = i_pNode->m_Index;
+    const int32_t number = i_Number;
     if (!inBits(number)) {
       m_Others.insert(number);
       return;

@@ -61,11 +61,19 @@ struct cmp {
   }
 };
 
+// Whether a step's name test was applied to a listed node, and its outcome.
+enum class NameTest : uint8_t { untried, passes, fails };
+
 // A candidate node with its predicate verdict: m_Marked is true when the step's
-// predicates excluded the node.
+// predicates excluded the node. A walk that lists the children for a step may apply the
+// step's name test and read each child's number as it lists them, so that the later passes
+// over a long list need not fetch every node from memory again; m_Number is the node's
+// number only when the name test was tried.
 struct MarkedNode {
   Node* m_Node = nullptr;
   bool m_Marked = false;
+  NameTest m_NameTest = NameTest::untried;
+  int32_t m_Number = 0;
 };
 
 }  // namespace XmlPlugin

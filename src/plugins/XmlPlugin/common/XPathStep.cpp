@@ -297,7 +297,8 @@ TErrorCode XPathStep::markFiltered(std::vector<MarkedNode>& io_Candidates,
   // name test, and a list costs an allocation per node.
   std::list<Node*> passed;
   for (const MarkedNode& candidate : io_Candidates) {
-    if (stepMatching(candidate.m_Node) != 0) {
+    if (candidate.m_NameTest == NameTest::untried ? stepMatching(candidate.m_Node) != 0
+                                                  : candidate.m_NameTest == NameTest::passes) {
       passed.push_back(candidate.m_Node);
     }
   }
