@@ -50,6 +50,34 @@ TEST(ExplainTest, TellsTheEvaluation) {
        "    leaf `endfunction()` made 3 items\n"
        "  selected 3 items\n"
        "value: number 3\n"},
+      // The next step is tried on the children of the excluded books too, as the account
+      // tells, although only the kept book's title can reach the result.
+      {"//book[@id='b2']/title", 0,
+       "query: //book[@id='b2']/title\n"
+       "items: `//book[@id='b2']/title`\n"
+       "postfix: `//book[@id='b2']/title`\n"
+       "path `//book[@id='b2']/title` from <shelf>\n"
+       "  prepared `//book[@id='b2']/title/endfunction()`\n"
+       "    predicate [@id='b2'] on 4 candidates\n"
+       "      items: `@id` `=` `'b2'`\n"
+       "      postfix: `@id` `'b2'` `=`\n"
+       "      path `shelf/book[position()=1]/@id` from <shelf>\n"
+       "        prepared `shelf/book[position()=1]/@id`\n"
+       "          step 1 `shelf` kept 1 node\n"
+       "          step 2 `book[position()=1]` kept 1 node\n"
+       "          leaf `@id` made 1 item\n"
+       "        selected 1 item\n"
+       "      candidate 1 <book id=\"b1\">: boolean false: dropped\n"
+       "      candidate 2 <book id=\"b2\">: boolean true: kept\n"
+       "      candidate 3 <book id=\"b3\">: boolean false: dropped\n"
+       "      ... 1 more candidate, 0 kept\n"
+       "      kept 1 of 4\n"
+       "    step 1 `//book[@id='b2']` kept 1 node\n"
+       "    step 2 `title` kept 4 nodes\n"
+       "    leaf `endfunction()` made 1 item\n"
+       "  selected 1 item\n"
+       "value: node set of 1 item\n"
+       "  \"Emma\"\n"},
       // The lint warning comes first; the account then shows the path that fails.
       {"//@id", 0,
        "query: //@id\n"

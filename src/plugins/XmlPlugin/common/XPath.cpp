@@ -272,6 +272,12 @@ TErrorCode XPath::evaluateMatch(MarkedNode i_Node, const XPathStep& i_Step,
                                 unsigned int& io_Position, XPathOutputCollector& io_Output,
                                 bool i_absoluteDeepSearch) {
   const XPathStep* pNext = getStep(io_Position + 1);
+  if (i_Node.m_Marked && io_Position + 2 == maxPosition() &&
+      m_Path.excludedChildrenGiveNothing(m_CurrentXPath) && m_MarkedNodes.contains(i_Node.m_Node) &&
+      m_Context.getObserver() == nullptr) {
+    // Only an observer would see the walk below.
+    return 0;
+  }
   if (pNext != nullptr && !i_Node.m_Marked) {
     if (dispatchAxis(i_Node, pNext->getAxis(), io_Position + 1, io_Output)) {
       if (pNext->getAxis() == self) {

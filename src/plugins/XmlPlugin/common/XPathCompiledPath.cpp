@@ -68,6 +68,15 @@ void XPathCompiledPath::build(const String& i_Path) {
       m_AsksForExcludedParents = true;
     }
   }
+  const size_t count = prepared.m_Steps.size();
+  const XPathStep* pLastMid = count >= 3 ? prepared.m_Steps[count - 2].m_Step.get() : nullptr;
+  const XPathStep* pLeaf = count >= 3 ? prepared.m_Steps[count - 1].m_Step.get() : nullptr;
+  prepared.m_ExcludedChildrenGiveNothing =
+      pLastMid != nullptr && pLeaf != nullptr && pLastMid->getStepType() == mid &&
+      pLastMid->getAxis() == child && pLastMid->getPredicates().empty() &&
+      !pLastMid->isAbsoluteDeepSearch() && pLeaf->getStepType() == leaf &&
+      (pLeaf->getAxis() == child || pLeaf->getAxis() == attribute) &&
+      pLeaf->getPredicates().empty();
   m_Prepared.push_back(std::move(prepared));
 }
 

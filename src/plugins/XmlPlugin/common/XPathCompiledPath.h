@@ -57,6 +57,13 @@ class XPathCompiledPath {
   // a step after the first and not searching in depth does. Without such a step, remembering
   // the excluded nodes is wasted work.
   bool asksForExcludedParents() const { return m_AsksForExcludedParents; }
+  // Whether the children of a node that the step two before the leaf excluded can give
+  // nothing: the step after it is a plain child step (no predicates, no deep search) and the
+  // leaf reads children or attributes without predicates, so each child that passes only
+  // finds its parent excluded. A walk through them would give no item and no trace.
+  bool excludedChildrenGiveNothing(size_t i_Path) const {
+    return m_Prepared[i_Path].m_ExcludedChildrenGiveNothing;
+  }
 
   // True when the last step of the path is an attribute step.
   static bool endsWithAttribute(const String& i_Path);
@@ -70,6 +77,7 @@ class XPathCompiledPath {
     std::vector<String> m_Tokens;
     std::vector<BuiltStep> m_Steps;  // one per step text
     unsigned int m_FirstRepeatedStep = 0;
+    bool m_ExcludedChildrenGiveNothing = false;
   };
 
   TErrorCode split();
