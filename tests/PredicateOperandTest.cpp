@@ -15,7 +15,8 @@ namespace {
 const char* const DOCUMENT =
     "<r><g><b id='1' k='x'><v>5</v><v>7</v></b><c id='2'><v>1</v></c><b id='3'><w>2</w></b>"
     "<b k='x' id='4'><v>9</v>text</b></g>"
-    "<g><b id='5'/><x:b id='6'/><b id='7' k='y'><v/></b><x:b id='8'><v>3</v></x:b></g>"
+    "<g><b id='5'/><x:b id='6'/><b id='7' k='y'><v/></b><x:b id='8'><v>3</v></x:b>"
+    "<b id='10' k=''>x</b></g>"
     "<n:g><b id='9'><v>4</v></b></n:g></r>";
 
 // clang-format off
@@ -28,6 +29,8 @@ const char* const QUERIES[] = {
     "//b['x' = @k]/@id", "//b[. = '']/@id", "//b[v and @k]/@id", "//b[@k or w]/@id",
     "//b[@id >= '3']/@id", "//b[@id != v]/@id", "//b[1 = 1]/@id", "//b[v = 'text']/@id",
     "//*[@id = 2]/v",
+    // An empty attribute compares as its element's text.
+    "//b[@k='x']/@id", "//b[@k != 'y']/@id", "//*['' = @k]/@id",
 };
 // clang-format on
 

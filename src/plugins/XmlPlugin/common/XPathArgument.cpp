@@ -181,14 +181,27 @@ Node* XPathArgument::getXMLRootNode(Node* i_pNode) {
   return pRoot;
 }
 
+bool XPathArgument::readsDirectly(const XPathEvaluationContext& i_Context) const {
+  // Only the general path tells its steps to whoever watches.
+  const Trace trace(pluginTracer(), "XPathArgument::EvaluateXPath");
+  return m_pDirect && !trace.on(3) && i_Context.getObserver() == nullptr &&
+         XPathDirectOperand::applies(m_StartNode, m_RootPosition);
+}
+
+TextReading XPathArgument::readAgainst(const String& i_Text, XPathEvaluationContext& io_Context) {
+  if (!isDirectAttribute() || !readsDirectly(io_Context)) {
+    return TextReading::undecided;
+  }
+  deleteOutputElements(m_OutputNodes);
+  return m_pDirect->compareAttribute(m_StartNode, m_RootPosition, i_Text, io_Context);
+}
+
 void XPathArgument::EvaluateXPath(XPathEvaluationContext& io_Context) {
   Trace trace(pluginTracer(), "XPathArgument::EvaluateXPath");
   if (m_DataType != NodeSetType) {
     return;
   }
-  // Only the general path tells its steps to whoever watches.
-  if (m_pDirect && !trace.on(3) && io_Context.getObserver() == nullptr &&
-      XPathDirectOperand::applies(m_StartNode, m_RootPosition)) {
+  if (readsDirectly(io_Context)) {
     m_pDirect->evaluate(m_StartNode, m_RootPosition, io_Context, m_OutputNodes);
     return;
   }

@@ -20,6 +20,11 @@ class XPathArgument : public XPathExpression {
   ~XPathArgument() override;
 
   void EvaluateXPath(XPathEvaluationContext& io_Context) override;
+  // Whether the operand is an attribute read directly ("@name").
+  bool isDirectAttribute() const { return m_pDirect && m_pDirect->readsAttribute(); }
+  // For such an operand: how the items EvaluateXPath would make read against i_Text, counting
+  // the same work and leaving no items; undecided where only evaluating it can tell.
+  TextReading readAgainst(const String& i_Text, XPathEvaluationContext& io_Context);
 
   void calculateType(const String& i_Expression);
   static int isNumber(const String& i_Operand);
@@ -46,6 +51,8 @@ class XPathArgument : public XPathExpression {
     std::unique_ptr<XPathCompiledPath> m_pPath;
   };
 
+  // Whether EvaluateXPath reads the operand directly, rather than as a path.
+  bool readsDirectly(const XPathEvaluationContext& i_Context) const;
   static AnchorShape shapeAt(const String& i_Expr, const Node* i_pNode, long i_Position);
   // addPrefixToXPath's text, i_Position standing for the position.
   static String anchoredText(const String& i_Expr, const String& i_Position,

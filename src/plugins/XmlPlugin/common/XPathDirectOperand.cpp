@@ -2,6 +2,7 @@
 
 #include "XPathCompiledPath.h"
 #include "XPathEvaluationContext.h"
+#include "XPathFunction.h"
 #include "XPathPredicate.h"
 #include "XmlPluginConstants.h"
 
@@ -56,6 +57,29 @@ bool XPathDirectOperand::applies(const Node* i_pCandidate, long i_Position) {
          readsAsName(i_pCandidate->m_Name) && readsAsName(pParent->m_Name);
 }
 
+template <typename Read>
+bool XPathDirectOperand::reachAnchored(const Node* i_pCandidate, long i_Position,
+                                       XPathEvaluationContext& io_Context, Read i_Read) {
+  // The parent tried against the path's first step, then its anchored child.
+  if (!io_Context.admit(1)) {
+    return false;
+  }
+  const XPathEvaluationContext::Nesting parentStep(io_Context);
+  Node* pAnchored = nullptr;
+  if (io_Context.nthChild(i_pCandidate->getParent(), i_pCandidate->m_Name, i_Position, pAnchored) !=
+      0) {
+    return false;
+  }
+  if (pAnchored == nullptr) {
+    return true;
+  }
+  if (!io_Context.admit(1)) {
+    return false;
+  }
+  const XPathEvaluationContext::Nesting anchoredStep(io_Context);
+  return i_Read(pAnchored);
+}
+
 void XPathDirectOperand::evaluate(const Node* i_pCandidate, long i_Position,
                                   XPathEvaluationContext& io_Context,
                                   XPathOutputElements& o_Items) const {
@@ -63,27 +87,33 @@ void XPathDirectOperand::evaluate(const Node* i_pCandidate, long i_Position,
   bool done = false;
   {
     XPathOutputCollector collector(o_Items);
-    // The parent tried against the path's first step, then its anchored child.
-    if (io_Context.admit(1)) {
-      const XPathEvaluationContext::Nesting parentStep(io_Context);
-      Node* pAnchored = nullptr;
-      if (io_Context.nthChild(i_pCandidate->getParent(), i_pCandidate->m_Name, i_Position,
-                              pAnchored) == 0) {
-        done = pAnchored == nullptr ||
-               (io_Context.admit(1) && evaluateAnchored(pAnchored, collector, io_Context));
-      }
-    }
+    done = reachAnchored(i_pCandidate, i_Position, io_Context, [&](Node* i_pAnchored) {
+      return readsAttribute() ? evaluateLeaf(i_pAnchored, collector, io_Context)
+                              : evaluateChildren(i_pAnchored, collector, io_Context);
+    });
   }
   if (!done || io_Context.isRefused()) {
     deleteOutputElements(o_Items);
   }
 }
 
-bool XPathDirectOperand::evaluateAnchored(Node* i_pAnchored, XPathOutputCollector& io_Output,
-                                          XPathEvaluationContext& io_Context) const {
-  const XPathEvaluationContext::Nesting anchoredStep(io_Context);
-  return m_ChildName.isEmpty() ? evaluateLeaf(i_pAnchored, io_Output, io_Context)
-                               : evaluateChildren(i_pAnchored, io_Output, io_Context);
+TextReading XPathDirectOperand::compareAttribute(const Node* i_pCandidate, long i_Position,
+                                                 const String& i_Text,
+                                                 XPathEvaluationContext& io_Context) const {
+  TextReading reading = TextReading::none;
+  // evaluateLeaf's work, the item's string read instead of made.
+  reachAnchored(i_pCandidate, i_Position, io_Context, [&](Node* i_pAnchored) {
+    String value;
+    int32_t number = 0;
+    if (io_Context.admit(1) && m_Leaf.readAttribute(i_pAnchored, value, number, io_Context) == 0 &&
+        io_Context.admit(XPATH_ITEM_COST)) {
+      reading = XPathFunction_string::getItemString(value, i_pAnchored) == i_Text
+                    ? TextReading::equal
+                    : TextReading::different;
+    }
+    return true;
+  });
+  return io_Context.isRefused() ? TextReading::none : reading;
 }
 
 bool XPathDirectOperand::evaluateChildren(Node* i_pAnchored, XPathOutputCollector& io_Output,

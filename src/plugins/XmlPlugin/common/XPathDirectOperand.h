@@ -19,6 +19,11 @@ namespace XmlPlugin {
 
 class XPathEvaluationContext;
 
+// How an operand's items read against a text, as "=" and "!=" with a string compare them:
+// no item, or one item reading equal to the text or not; undecided when only evaluating the
+// operand can tell.
+enum class TextReading { none, equal, different, undecided };
+
 class XPathDirectOperand {
  public:
   // Null when i_Text is anything but one plain step: an ASCII name, "@" and such a name.
@@ -33,11 +38,20 @@ class XPathDirectOperand {
   void evaluate(const Node* i_pCandidate, long i_Position, XPathEvaluationContext& io_Context,
                 XPathOutputElements& o_Items) const;
 
+  bool readsAttribute() const { return m_ChildName.isEmpty(); }
+  // For "@name": how the item evaluate would make reads against i_Text, counting the same
+  // work but making no item (none, equal or different).
+  TextReading compareAttribute(const Node* i_pCandidate, long i_Position, const String& i_Text,
+                               XPathEvaluationContext& io_Context) const;
+
  private:
   XPathDirectOperand(const String& i_Name, bool i_Attribute);
-  // The work from the anchored node on; false when refused.
-  bool evaluateAnchored(Node* i_pAnchored, XPathOutputCollector& io_Output,
-                        XPathEvaluationContext& io_Context) const;
+  // Finds the candidate's anchored node as the path's first two steps would, counting their
+  // work, and hands it to i_Read(Node*) within them. True when there is none; false when
+  // refused or when the parent's children cannot be listed; otherwise what i_Read answers.
+  template <typename Read>
+  static bool reachAnchored(const Node* i_pCandidate, long i_Position,
+                            XPathEvaluationContext& io_Context, Read i_Read);
   // The child step's work from the anchored node on; false when refused.
   bool evaluateChildren(Node* i_pAnchored, XPathOutputCollector& io_Output,
                         XPathEvaluationContext& io_Context) const;

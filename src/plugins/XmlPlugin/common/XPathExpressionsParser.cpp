@@ -19,6 +19,7 @@
 #include <algorithm>
 
 #include "PluginTracer.h"
+#include "XPathArgument.h"
 #include "XPathEvaluationContext.h"
 #include "XPathEvaluationObserver.h"
 #include "XPathFunction.h"
@@ -75,6 +76,26 @@ XPathExpressionsParser::XPathExpressionsParser(const String& i_XPath) {
   m_XPathExpressionsVector = doTrans();
   HOST_TRACE(trace, 3) << "Expr transformed =" << describe(m_XPathExpressionsVector);
   m_pComparison = findOperandComparison();
+  findAttributeText();
+}
+
+void XPathExpressionsParser::findAttributeText() {
+  if (m_pComparison == nullptr) {
+    return;
+  }
+  // runComparison's order: the right operand is the evaluator's first.
+  XPathExpression* pRight = m_XPathExpressionsVector[1];
+  XPathExpression* pLeft = m_XPathExpressionsVector[0];
+  bool itemsFirst = false;
+  if (!XPathLogicalEvaluator::comparesItemsWithText(
+          pRight, pLeft, m_pComparison->getFunction()->getExpression(), itemsFirst, m_WantEqual)) {
+    return;
+  }
+  XPathArgument* pItems = dynamic_cast<XPathArgument*>(itemsFirst ? pRight : pLeft);
+  if (pItems != nullptr && pItems->isDirectAttribute()) {
+    m_pAttribute = pItems;
+    m_pText = itemsFirst ? pLeft : pRight;
+  }
 }
 
 XPathOperator* XPathExpressionsParser::findOperandComparison() const {
@@ -101,6 +122,13 @@ bool XPathExpressionsParser::runComparison(Node* i_pStartNode, XPathEvaluationCo
   for (XPathExpression* pOperand : {pLeft, pRight}) {
     pOperand->setStartNode(i_pStartNode);
     pOperand->setRootPosition(getRootPosition());
+  }
+  if (m_pAttribute != nullptr) {
+    const TextReading reading =
+        m_pAttribute->readAgainst(m_pText->GetExpressionString(), io_Context);
+    if (reading != TextReading::undecided) {
+      return reading == (m_WantEqual ? TextReading::equal : TextReading::different);
+    }
   }
   // doParse's order: the right operand comes off the stack first.
   pRight->EvaluateXPath(io_Context);

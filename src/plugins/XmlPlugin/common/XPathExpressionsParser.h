@@ -21,6 +21,8 @@
 
 namespace XmlPlugin {
 
+class XPathArgument;
+
 class XPathOperator;
 
 class XPathEvaluationContext;
@@ -76,10 +78,16 @@ class XPathExpressionsParser {
  private:
   // The operator of an operand comparison, or null.
   XPathOperator* findOperandComparison() const;
+  // For an operand comparison of an attribute read directly with a string by "=" or "!=":
+  // the two operands, so that a run need not make the attribute's item.
+  void findAttributeText();
 
   Node* m_pStartNode = nullptr;
   long m_RootPosition = 0;
   XPathOperator* m_pComparison = nullptr;
+  XPathArgument* m_pAttribute = nullptr;  // with m_pText: see findAttributeText
+  const XPathExpression* m_pText = nullptr;
+  bool m_WantEqual = true;
   XPathDataType m_OutputType = BooleanType;
   std::list<Node*>* m_pSiblings = nullptr;
   std::deque<XPathExpression*> m_OperatorStack;

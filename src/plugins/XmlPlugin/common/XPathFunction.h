@@ -204,6 +204,8 @@ class XPathFunction_string : public XPathBoundedFunction<0, 1> {
   // The string value of a node-set item: its own value when not empty, otherwise the text
   // gathered from its node's content.
   static String getItemString(const XPathOutputElement* i_pItem);
+  // The same for an item of value i_Value made for the node i_pNode.
+  static String getItemString(const String& i_Value, const Node* i_pNode);
   // The string value of any value: "true"/"false" for a boolean, the first item's for a
   // node set ("" when empty).
   static String getValueString(const XPathExpression* i_pValue);

@@ -62,10 +62,11 @@ void XPathFunction_string::getTextFromNode(const Node* i_pNode, String& o_Output
 }
 
 String XPathFunction_string::getItemString(const XPathOutputElement* i_pItem) {
-  if (!i_pItem->m_Value.isEmpty()) {
-    return i_pItem->m_Value;
-  }
-  return contextString(i_pItem->m_Node);
+  return getItemString(i_pItem->m_Value, i_pItem->m_Node);
+}
+
+String XPathFunction_string::getItemString(const String& i_Value, const Node* i_pNode) {
+  return i_Value.isEmpty() ? contextString(i_pNode) : i_Value;
 }
 
 String XPathFunction_string::getValueString(const XPathExpression* i_pValue) {

@@ -398,6 +398,32 @@ unsigned XPathLogicalEvaluator::evaluate(const XPathExpression* i_pFirst,
   return result;
 }
 
+bool XPathLogicalEvaluator::comparesItemsWithText(const XPathExpression* i_pFirst,
+                                                  const XPathExpression* i_pSecond,
+                                                  const String& i_Op, bool& o_ItemsFirst,
+                                                  bool& o_WantEqual) {
+  const int oper = getOperIndex(i_Op);
+  const int32_t code =
+      tabArithm[std::max(getTypeIndex(i_pFirst), 0)][std::max(getTypeIndex(i_pSecond), 0)][oper];
+  if ((oper != EQ && oper != NE) || code < 0 || code >= ACTION_COUNT ||
+      ACTIONS[code].m_Form != Action::PAIRWISE) {
+    return false;
+  }
+  // evaluate hands the operation (L, R) = (i_pSecond, i_pFirst); evaluateStringNode reads
+  // the items of L and the string of R, evaluateNodeString swaps them for these operators.
+  o_WantEqual = oper == EQ;
+  if (ACTIONS[code].m_Operation == &Evaluator::evaluateStringNode) {
+    o_ItemsFirst = false;
+  } else if (ACTIONS[code].m_Operation == &Evaluator::evaluateNodeString) {
+    o_ItemsFirst = true;
+  } else {
+    return false;
+  }
+  const XPathExpression* pItems = o_ItemsFirst ? i_pFirst : i_pSecond;
+  const XPathExpression* pText = o_ItemsFirst ? i_pSecond : i_pFirst;
+  return pItems->getDataType() == NodeSetType && pText->getDataType() == StringType;
+}
+
 int XPathLogicalEvaluator::getOperIndex(const String& i_Op) {
   for (int oper = 0; oper < OPERATORS; ++oper) {
     if (i_Op.compareTo(OPERATOR_TEXTS[oper]) == 0) {

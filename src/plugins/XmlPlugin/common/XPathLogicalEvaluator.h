@@ -19,6 +19,12 @@ class XPathLogicalEvaluator {
   // i_pFirst is the right operand, i_pSecond the left one. Answers 1 or 0.
   static unsigned evaluate(const XPathExpression* i_pFirst, const XPathExpression* i_pSecond,
                            const String& i_Op);
+  // True when evaluate(i_pFirst, i_pSecond, i_Op) asks only whether some item of a node-set
+  // operand reads (as the string function reads an item) equal to the other operand's string,
+  // or, for "!=", other than it: o_ItemsFirst tells which operand holds the items.
+  static bool comparesItemsWithText(const XPathExpression* i_pFirst,
+                                    const XPathExpression* i_pSecond, const String& i_Op,
+                                    bool& o_ItemsFirst, bool& o_WantEqual);
   static int getOperIndex(const String& i_Op);
   static int getTypeIndex(const XPathExpression* i_pExpression);
   static unsigned evaluateLogicalOperation(double a, double b, const String& i_Op);

@@ -368,21 +368,29 @@ TErrorCode XPathLeafStep::evaluateAttributes(Node* i_Node, XPathOutputCollector&
 
 TErrorCode XPathLeafStep::evaluateAttribute(Node* i_Node, XPathOutputCollector& io_Output,
                                             XPathEvaluationContext& io_Context) const {
+  String value;
+  int32_t number = 0;
+  const TErrorCode result = readAttribute(i_Node, value, number, io_Context);
+  if (result == 0) {
+    io_Output.add(makeItem(value, value, number, i_Node));
+  }
+  return result;
+}
+
+TErrorCode XPathLeafStep::readAttribute(Node* i_Node, String& o_Value, int32_t& o_Number,
+                                        XPathEvaluationContext& io_Context) const {
   if (i_Node->m_Attributes == nullptr) {
     return XML_PLUGIN_ERROR_XPATH_NOT_FOUND;
   }
-  String value;
   String& number = io_Context.attributeNumber();
-  const TErrorCode result = i_Node->m_Attributes->getEntry(getName(), value, number);
+  const TErrorCode result = i_Node->m_Attributes->getEntry(getName(), o_Value, number);
   if (result == HOST_ERROR_KEY_NOT_FOUND || result == HOST_ERROR_ENTRY_MISSING) {
     return XML_PLUGIN_ERROR_XPATH_NOT_FOUND;
   }
-  if (result != 0) {
-    return result;
+  if (result == 0) {
+    o_Number = static_cast<int32_t>(readInteger(number));
   }
-  const int32_t index = static_cast<int32_t>(readInteger(number));
-  io_Output.add(makeItem(value, value, index, i_Node));
-  return 0;
+  return result;
 }
 
 }  // namespace XmlPlugin

@@ -195,6 +195,12 @@ class XPathLeafStep : public XPathStep {
   TErrorCode evaluateNode(Node* i_Node, XPathOutputCollector& io_Output,
                           XPathEvaluationContext& io_Context) const override;
 
+  // What "@name" reads on i_Node, as evaluateNode would make its item: 0 with the value
+  // and the number, XML_PLUGIN_ERROR_XPATH_NOT_FOUND when the attribute is absent, or the
+  // host's code.
+  TErrorCode readAttribute(Node* i_Node, String& o_Value, int32_t& o_Number,
+                           XPathEvaluationContext& io_Context) const;
+
   // Adds the item to the output (see XPathOutputCollector); returns 0.
   static TErrorCode addElement(std::unique_ptr<XPathOutputElement> i_pItem,
                                XPathOutputCollector& io_Output);
