@@ -1,6 +1,7 @@
 #include <gtest/gtest.h>
 
 #include <climits>
+#include <limits>
 #include <string>
 
 #include "host/String.h"
@@ -108,6 +109,9 @@ TEST(HostString, ConcatAndTrimChangeOnlyTheirOwnCopy) {
 TEST(HostString, Conversions) {
   EXPECT_STREQ(L"-42", String::valueOf(-42).c_str());
   EXPECT_STREQ(L"0", String::valueOf(0).c_str());
+  EXPECT_STREQ(L"1234567890", String::valueOf(1234567890).c_str());
+  EXPECT_STREQ(L"-9223372036854775808", String::valueOf(std::numeric_limits<long>::min()).c_str());
+  EXPECT_STREQ(L"9223372036854775807", String::valueOf(std::numeric_limits<long>::max()).c_str());
   EXPECT_STREQ(L"", String(static_cast<const char*>(nullptr)).c_str());
   EXPECT_STREQ(L"", String(static_cast<const wchar_t*>(nullptr)).c_str());
   EXPECT_STREQ(L"abc", String(L"abcdef", 3).c_str());

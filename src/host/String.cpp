@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <atomic>
-#include <charconv>
 #include <cstdint>
 #include <cstring>
 #include <cwchar>
@@ -245,9 +244,20 @@ String String::valueOf(long i_Value) {
 void String::assignDecimal(long i_Value) {
   // Attribute lookups report numbers through this, into a string the caller may reuse: no
   // stream, no locale and, for a reused string, no allocation per call.
-  char digits[24];
-  const char* end = std::to_chars(digits, digits + sizeof(digits), i_Value).ptr;
-  const int length = static_cast<int>(end - digits);
+  // The digits are written from the last one on, straight as wide characters.
+  wchar_t digits[24];
+  wchar_t* const end = digits + sizeof(digits) / sizeof(digits[0]);
+  wchar_t* begin = end;
+  unsigned long rest =
+      i_Value < 0 ? 0UL - static_cast<unsigned long>(i_Value) : static_cast<unsigned long>(i_Value);
+  do {
+    *--begin = static_cast<wchar_t>(L'0' + rest % 10);
+    rest /= 10;
+  } while (rest != 0);
+  if (i_Value < 0) {
+    *--begin = L'-';
+  }
+  const int length = static_cast<int>(end - begin);
   if (m_Buffer != nullptr && !isPlaced() &&
       m_Buffer->m_References.load(std::memory_order_acquire) == 1) {
     m_Buffer->m_Length = 0;
@@ -255,7 +265,7 @@ void String::assignDecimal(long i_Value) {
     release();
   }
   makeUnique(length);
-  std::copy(static_cast<const char*>(digits), end, m_Buffer->chars());
+  std::copy(begin, end, m_Buffer->chars());
   m_Buffer->m_Length = length;
   m_Buffer->chars()[length] = L'\0';
 }

@@ -442,6 +442,10 @@ TErrorCode XPath::searchInDepth(Node* i_Node, const XPathStep& i_Step, unsigned 
     return XML_PLUGIN_ERROR_XPATH_UNSUPPORTED_EXPRESSION;
   }
   TErrorCode result = i_Step.markFiltered(marked, m_Context);
+  if (marked.empty()) {
+    // Most nodes of a document hold no element.
+    return result;
+  }
   if (m_Path.asksForExcludedParents()) {
     rememberMarked(marked);
   }

@@ -1,5 +1,7 @@
 #include "XPathDirectOperand.h"
 
+#include <string_view>
+
 #include "XPathCompiledPath.h"
 #include "XPathEvaluationContext.h"
 #include "XPathFunction.h"
@@ -32,7 +34,9 @@ bool isPlainName(const String& i_Text, int i_From) {
 // Element names reach the anchored path text as they are, where two colons would read as an
 // axis: names with a colon are left to the general path.
 bool readsAsName(const String& i_Name) {
-  return !i_Name.isEmpty() && i_Name.indexOf(L':') < 0;
+  // Read in place: every candidate of a predicate asks, for its own name and its parent's.
+  const std::wstring_view name(i_Name.c_str(), static_cast<size_t>(i_Name.length()));
+  return !name.empty() && name.find(L':') == std::wstring_view::npos;
 }
 
 }  // namespace
