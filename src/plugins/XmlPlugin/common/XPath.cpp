@@ -20,6 +20,7 @@
 #include "PluginTracer.h"
 #include "XPathEvaluationObserver.h"
 #include "XPathNodeFetch.h"
+#include "XPathNodeListSpare.h"
 #include "XmlPluginConstants.h"
 #include "host/Trace.h"
 
@@ -399,13 +400,14 @@ TErrorCode XPath::evaluateChildren(Node* i_Node, const XPathStep& i_Step, const 
 void XPath::keepPassing(const XPathStep& i_Step, std::vector<MarkedNode>& io_Children) {
   std::list<Node*> passing;
   for (const MarkedNode& child : io_Children) {
-    passing.push_back(child.m_Node);
+    XPathNodeListSpare::append(passing, child.m_Node);
   }
   i_Step.filterNodes(passing, m_Context);
   io_Children.clear();
   for (Node* pChild : passing) {
     io_Children.push_back(MarkedNode{pChild, false});
   }
+  XPathNodeListSpare::recycle(passing);
 }
 
 // The same outcome as the general child walk, whose filtering keeps just that one child.

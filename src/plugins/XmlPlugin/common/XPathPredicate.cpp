@@ -8,6 +8,7 @@
 #include "XPathEvaluationObserver.h"
 #include "XPathExpressionCache.h"
 #include "XPathNodeFetch.h"
+#include "XPathNodeListSpare.h"
 #include "XPathNumberText.h"
 #include "XmlPluginConstants.h"
 #include "host/Trace.h"
@@ -159,12 +160,13 @@ TErrorCode XPathPredicate::keepMatching(std::list<Node*>& io_Nodes,
     if (pObserver != nullptr)
       pObserver->candidateJudged(*pCandidate, position, *parser, result, keep);
     if (keep) {
-      kept.push_back(pCandidate);
+      XPathNodeListSpare::append(kept, pCandidate);
     }
     ++namePosition;
     ++position;
   }
   io_Nodes.swap(kept);
+  XPathNodeListSpare::recycle(kept);
   if (pObserver != nullptr)
     pObserver->predicateFinished(io_Nodes.size(), result);
   return result;

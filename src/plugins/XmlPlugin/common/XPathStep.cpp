@@ -5,6 +5,7 @@
 #include <string_view>
 
 #include "XPathEvaluationContext.h"
+#include "XPathNodeListSpare.h"
 #include "XPathNumberText.h"
 #include "XPathPredicate.h"
 #include "XmlPluginConstants.h"
@@ -299,7 +300,7 @@ TErrorCode XPathStep::markFiltered(std::vector<MarkedNode>& io_Candidates,
   for (const MarkedNode& candidate : io_Candidates) {
     if (candidate.m_NameTest == NameTest::untried ? stepMatching(candidate.m_Node) != 0
                                                   : candidate.m_NameTest == NameTest::passes) {
-      passed.push_back(candidate.m_Node);
+      XPathNodeListSpare::append(passed, candidate.m_Node);
     }
   }
   const TErrorCode result = applyPredicates(passed, io_Context);
@@ -312,6 +313,7 @@ TErrorCode XPathStep::markFiltered(std::vector<MarkedNode>& io_Candidates,
     }
     candidate.m_Marked = !passes;
   }
+  XPathNodeListSpare::recycle(passed);
   return result;
 }
 
