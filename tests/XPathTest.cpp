@@ -47,6 +47,8 @@ TEST(XPathTest, ChildPathsDeepSearchAndUnions) {
       // excluded for the later paths of a union: their children give nothing.
       {"//c[@x] | a/b/b", "0|"}, {"a/b/b | //c[@x]", "0|b=2"},
   });
+  // "[]" fails also on no candidates, as below an element that holds none.
+  expectRows("<a>1</a>", {{"//a[]", "-15106|"}, {"//a[@x]", "0|"}, {"//a[2]", "0|"}});
   expectRows("<a><b x='p'>1</b><c>2</c><b x='q'>3</b></a>", {
       {"a/c | a/b", "0|b=1,c=2,b=3"}, {"a/b|a/b", "0|b=1,b=3"}, {"a/b | x", "0|b=1,b=3"},
       // The first attribute shares its element's number, so it gives way to it.

@@ -69,18 +69,30 @@ bool visitSiblings(XPathEvaluationContext& io_Context, const Node* i_pParent, co
   return place < pChildren->size();
 }
 
-// The element children in a child list (null for none) in document order, none of them
-// marked, each with i_Step's name test tried.
-void unmarkedChildren(const NodeList* i_pChildren, const XPathStep& i_Step,
+// The place of the first element in a child list (null for none); the list's size when it
+// holds none.
+size_t firstElement(const NodeList* i_pChildren) {
+  const size_t count = i_pChildren != nullptr ? i_pChildren->size() : 0;
+  size_t place = 0;
+  while (place < count && (*i_pChildren)[place]->getType() != ElementNode) {
+    ++place;
+  }
+  return place;
+}
+
+// The element children in a child list (null for none) from place i_From on, in document
+// order, none of them marked, each with i_Step's name test tried.
+void unmarkedChildren(const NodeList* i_pChildren, size_t i_From, const XPathStep& i_Step,
                       std::vector<MarkedNode>& o_Children) {
   if (i_pChildren == nullptr) {
     return;
   }
   // One allocation rather than doublings; a lone child is often text and needs none.
-  if (i_pChildren->size() > 1) {
-    o_Children.reserve(o_Children.size() + i_pChildren->size());
+  if (i_pChildren->size() > i_From + 1) {
+    o_Children.reserve(o_Children.size() + i_pChildren->size() - i_From);
   }
-  for (Node* pChild : *i_pChildren) {
+  for (size_t place = i_From; place < i_pChildren->size(); ++place) {
+    Node* pChild = (*i_pChildren)[place];
     if (pChild->getType() == ElementNode) {
       const NameTest name = i_Step.stepMatching(pChild) != 0 ? NameTest::passes : NameTest::fails;
       o_Children.push_back(MarkedNode{pChild, false, name, pChild->m_Index});
@@ -385,7 +397,7 @@ TErrorCode XPath::evaluateChildren(Node* i_Node, const XPathStep& i_Step, const 
   }
   XPathVectorPool<MarkedNode>::Lease lease(m_ChildLists);
   std::vector<MarkedNode>& children = *lease;
-  unmarkedChildren(pChildren, *i_pNext, children);
+  unmarkedChildren(pChildren, 0, *i_pNext, children);
   if (!m_Context.admit(children.size())) {
     return XML_PLUGIN_ERROR_XPATH_UNSUPPORTED_EXPRESSION;
   }
@@ -437,17 +449,20 @@ TErrorCode XPath::searchInDepth(Node* i_Node, const XPathStep& i_Step, unsigned 
     // Nothing is marked: the children need no list of their own.
     return evaluateElements(pChildren, i_Position, io_Output, i_absoluteDeepSearch);
   }
+  const size_t first = firstElement(pChildren);
+  if (pChildren == nullptr || first == pChildren->size()) {
+    // Most nodes of a document hold no element: filtering no candidates needs no list.
+    std::vector<MarkedNode> none;
+    return m_Context.admit(0) ? i_Step.markFiltered(none, m_Context)
+                              : XML_PLUGIN_ERROR_XPATH_UNSUPPORTED_EXPRESSION;
+  }
   XPathVectorPool<MarkedNode>::Lease lease(m_ChildLists);
   std::vector<MarkedNode>& marked = *lease;
-  unmarkedChildren(pChildren, i_Step, marked);
+  unmarkedChildren(pChildren, first, i_Step, marked);
   if (!m_Context.admit(marked.size())) {
     return XML_PLUGIN_ERROR_XPATH_UNSUPPORTED_EXPRESSION;
   }
   TErrorCode result = i_Step.markFiltered(marked, m_Context);
-  if (marked.empty()) {
-    // Most nodes of a document hold no element.
-    return result;
-  }
   if (m_Path.asksForExcludedParents()) {
     rememberMarked(marked);
   }
