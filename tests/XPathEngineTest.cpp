@@ -121,3 +121,16 @@ TEST_F(XPathEngineTest, NameTestsBelongToTheirStep) {
   TestRows::expectRows(
       rows, [&](const std::string& i_XPath) { return engineAnswer(i_XPath, file.path()); });
 }
+
+// The items of count()'s argument are only counted; other operands of the same request, and
+// the paths inside its predicates, still read their texts.
+TEST_F(XPathEngineTest, CountedOperandsLeaveOtherOperandsTheirTexts) {
+  // clang-format off
+  const std::vector<TestRows::Row> rows = {
+      {"concat(count(/a/b), '-', /a/b)", "0:2-1"}, {"count(/a/b[. = '2']) + count(//b)", "0:3"},
+      {"count(/a/*[. = 't'])", "0:1"}, {"/a/b[count(../b) = 2]", "0:1,2"},
+      {"count(/a/b) = /a/b[1]", "0:false"}, {"count(/a/b) = /a/b[2]", "0:true"},
+  };
+  // clang-format on
+  TestRows::expectRows(rows, [](const std::string& i_XPath) { return run(i_XPath); });
+}

@@ -171,19 +171,21 @@ TErrorCode XPath::getValues(XPathOutputElements& o_Output, Node* i_Root) {
     pObserver->pathsPrepared(m_Path.getText(m_Anchor),
                              XPathCompiledPath::withAnchor(getPaths(), m_Anchor), i_Root);
   deleteOutputElements(o_Output);
+  bool inOrder = true;
   {
     const XPathEvaluationContext::Anchor anchor(m_Context, m_Anchor);
-    XPathOutputCollector collector(o_Output);
+    XPathOutputCollector collector(o_Output, m_ItemsOnlyCounted);
     while (result == 0 && m_CurrentXPath < getPaths().size()) {
       result = evaluatePath(i_Root, collector);
       ++m_CurrentXPath;
     }
+    inOrder = collector.inOrder();
   }
   if (result == 0 && m_Context.isRefused()) {
     result = XML_PLUGIN_ERROR_XPATH_UNSUPPORTED_EXPRESSION;
   }
   // The collector kept one item per number: the first made.
-  if (!std::is_sorted(o_Output.begin(), o_Output.end(), cmp())) {
+  if (!inOrder && !std::is_sorted(o_Output.begin(), o_Output.end(), cmp())) {
     std::sort(o_Output.begin(), o_Output.end(), cmp());
   }
   if (result != 0) {

@@ -34,6 +34,8 @@ class XPath {
   // i_Root must itself pass the first step of each path. On failure o_Output is empty.
   // Supported once per object.
   TErrorCode getValues(XPathOutputElements& o_Output, Node* i_Root);
+  // The items getValues makes will only be counted (see XPathOutputCollector).
+  void countItemsOnly() { m_ItemsOnlyCounted = true; }
 
   // The code of cutting the operand into prepared paths (see XPathCompiledPath).
   TErrorCode splitXPath();
@@ -111,6 +113,7 @@ class XPath {
   std::unique_ptr<XPathCompiledPath> m_pOwnedPath;  // when made from a text
   const XPathCompiledPath& m_Path;
   long m_Anchor = 0;
+  bool m_ItemsOnlyCounted = false;
   unsigned int m_CurrentXPath = 0;
   // Every node that a predicate excluded while searching in depth, when a path asks; never
   // emptied.

@@ -223,6 +223,9 @@ void XPathArgument::EvaluateXPath(XPathEvaluationContext& io_Context) {
   }
   const XPathCompiledPath& path = pExact ? *pExact : compiledFor(shape);
   XPath xpath(path, pExact ? 0 : m_RootPosition, io_Context);
+  if (m_ItemsOnlyCounted) {
+    xpath.countItemsOnly();
+  }
   if (path.isAbsolute()) {
     pContext = getXMLRootNode(pContext);
   }

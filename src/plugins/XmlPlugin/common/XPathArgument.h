@@ -22,6 +22,8 @@ class XPathArgument : public XPathExpression {
   void EvaluateXPath(XPathEvaluationContext& io_Context) override;
   // Whether the operand is an attribute read directly ("@name").
   bool isDirectAttribute() const { return m_pDirect && m_pDirect->readsAttribute(); }
+  // The items of this operand will only be counted (it is the argument of count()).
+  void countItemsOnly() { m_ItemsOnlyCounted = true; }
   // For such an operand: how the items EvaluateXPath would make read against i_Text, counting
   // the same work and leaving no items; undecided where only evaluating it can tell.
   TextReading readAgainst(const String& i_Text, XPathEvaluationContext& io_Context);
@@ -63,6 +65,7 @@ class XPathArgument : public XPathExpression {
 
   // The operand read directly, when it is one plain step.
   std::unique_ptr<const XPathDirectOperand> m_pDirect;
+  bool m_ItemsOnlyCounted = false;
   // Paths compiled for the anchors met so far, the oldest first.
   std::vector<CompiledShape> m_CompiledPaths;
 };

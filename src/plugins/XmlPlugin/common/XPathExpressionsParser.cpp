@@ -77,6 +77,21 @@ XPathExpressionsParser::XPathExpressionsParser(const String& i_XPath) {
   HOST_TRACE(trace, 3) << "Expr transformed =" << describe(m_XPathExpressionsVector);
   m_pComparison = findOperandComparison();
   findAttributeText();
+  findCountedOperands();
+}
+
+void XPathExpressionsParser::findCountedOperands() {
+  const std::vector<XPathExpression*>& program = m_XPathExpressionsVector;
+  for (size_t index = 1; index < program.size(); ++index) {
+    const XPathOperator* pOperator = dynamic_cast<const XPathOperator*>(program[index]);
+    const XPathFunction* pFunction = pOperator != nullptr ? pOperator->getFunction() : nullptr;
+    XPathArgument* pOperand = dynamic_cast<XPathArgument*>(program[index - 1]);
+    // A function of one argument takes the operand right before it off the stack.
+    if (dynamic_cast<const XPathFunction_count*>(pFunction) != nullptr &&
+        pOperator->getArgumentsCount() == 1 && pOperand != nullptr) {
+      pOperand->countItemsOnly();
+    }
+  }
 }
 
 void XPathExpressionsParser::findAttributeText() {

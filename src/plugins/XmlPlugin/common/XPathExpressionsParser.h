@@ -81,6 +81,8 @@ class XPathExpressionsParser {
   // For an operand comparison of an attribute read directly with a string by "=" or "!=":
   // the two operands, so that a run need not make the attribute's item.
   void findAttributeText();
+  // Tells each operand that is the argument of count() that its items will only be counted.
+  void findCountedOperands();
 
   Node* m_pStartNode = nullptr;
   long m_RootPosition = 0;

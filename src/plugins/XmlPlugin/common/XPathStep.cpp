@@ -69,7 +69,8 @@ const AxisName AXIS_NAMES[] = {
 
 }  // namespace
 
-XPathOutputCollector::XPathOutputCollector(XPathOutputElements& io_Items) : m_Items(io_Items) {
+XPathOutputCollector::XPathOutputCollector(XPathOutputElements& io_Items, bool i_OnlyCounted)
+    : m_Items(io_Items), m_OnlyCounted(i_OnlyCounted) {
   for (const XPathOutputElement* pItem : m_Items) {
     keepNumber(pItem->m_Index);
   }
@@ -349,7 +350,8 @@ TErrorCode XPathLeafStep::evaluateText(Node* i_Node, XPathOutputCollector& io_Ou
 TErrorCode XPathLeafStep::evaluateElement(Node* i_Node, XPathOutputCollector& io_Output,
                                           XPathEvaluationContext& io_Context) const {
   Node* pText = nullptr;
-  const TErrorCode result = io_Context.firstTextChild(i_Node, pText);
+  // Finding the text reads every child before the first text: wasted on an item only counted.
+  const TErrorCode result = io_Output.onlyCounted() ? 0 : io_Context.firstTextChild(i_Node, pText);
   addElement(
       makeItem(pText != nullptr ? pText->m_Name : noText(), noText(), i_Node->m_Index, i_Node),
       io_Output);

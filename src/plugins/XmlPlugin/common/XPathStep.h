@@ -55,8 +55,9 @@ size_t hashText(const String& i_Text);
 // reach the vector only through it.
 class XPathOutputCollector {
  public:
-  // Borrows io_Items and indexes what it already holds.
-  explicit XPathOutputCollector(XPathOutputElements& io_Items);
+  // Borrows io_Items and indexes what it already holds. With i_OnlyCounted the items will
+  // only be counted: an element's item then goes without the element's text.
+  explicit XPathOutputCollector(XPathOutputElements& io_Items, bool i_OnlyCounted = false);
   XPathOutputCollector(const XPathOutputCollector&) = delete;
   XPathOutputCollector& operator=(const XPathOutputCollector&) = delete;
 
@@ -64,6 +65,9 @@ class XPathOutputCollector {
   void add(std::unique_ptr<XPathOutputElement> i_pItem);
 
   const XPathOutputElements& items() const { return m_Items; }
+  bool onlyCounted() const { return m_OnlyCounted; }
+  // True while every item came with a number above the one before: they are sorted.
+  bool inOrder() const { return m_InOrder; }
 
  private:
   // True when no item with the number was kept yet, which it then is. While numbers come in
@@ -71,6 +75,7 @@ class XPathOutputCollector {
   bool keepNumber(int32_t i_Number);
 
   XPathOutputElements& m_Items;
+  bool m_OnlyCounted;
   bool m_InOrder = true;  // every number so far above the one before
   bool m_HasLast = false;
   int32_t m_Last = 0;
