@@ -47,6 +47,9 @@ TEST(XPathTest, ChildPathsDeepSearchAndUnions) {
       // excluded for the later paths of a union: their children give nothing.
       {"//c[@x] | a/b/b", "0|"}, {"a/b/b | //c[@x]", "0|b=2"},
   });
+  // After a self step the search below an element goes on with the step after it, and so
+  // reaches the children of a's children too.
+  expectRows("<r><b><a><b>t</b><c>u</c></a><b><a>v</a></b></b></r>", {{"//a/.", "0|a=,b=t,c=u,a=v"}});
   // "[]" fails also on no candidates, as below an element that holds none.
   expectRows("<a>1</a>", {{"//a[]", "-15106|"}, {"//a[@x]", "0|"}, {"//a[2]", "0|"}});
   expectRows("<a><b x='p'>1</b><c>2</c><b x='q'>3</b></a>", {

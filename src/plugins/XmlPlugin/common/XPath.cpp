@@ -235,9 +235,9 @@ TErrorCode XPath::evaluateStep(MarkedNode i_Node, unsigned int i_StepPosition,
   if (!m_Context.admit(1)) {
     return XML_PLUGIN_ERROR_XPATH_UNSUPPORTED_EXPRESSION;
   }
-  const bool repeated = m_FirstRepeatedStep > 0 && i_StepPosition >= m_FirstRepeatedStep;
-  return repeated ? evaluateStepOnce(i_Node, i_StepPosition, io_Output, i_absoluteDeepSearch)
-                  : tryStep(i_Node, i_StepPosition, io_Output, i_absoluteDeepSearch);
+  return isRepeated(i_StepPosition)
+             ? evaluateStepOnce(i_Node, i_StepPosition, io_Output, i_absoluteDeepSearch)
+             : tryStep(i_Node, i_StepPosition, io_Output, i_absoluteDeepSearch);
 }
 
 [[gnu::noinline]] TErrorCode XPath::evaluateStepOnce(MarkedNode i_Node, unsigned int i_StepPosition,
@@ -449,7 +449,9 @@ TErrorCode XPath::searchInDepth(Node* i_Node, const XPathStep& i_Step, unsigned 
   }
   if (i_Step.getPredicates().empty()) {
     // Nothing is marked: the children need no list of their own.
-    return evaluateElements(pChildren, i_Position, io_Output, i_absoluteDeepSearch);
+    return &i_Step == getStep(i_Position) && !isRepeated(i_Position)
+               ? searchPlain(pChildren, i_Step, i_Position, io_Output, i_absoluteDeepSearch)
+               : evaluateElements(pChildren, i_Position, io_Output, i_absoluteDeepSearch);
   }
   const size_t first = firstElement(pChildren);
   if (pChildren == nullptr || first == pChildren->size()) {
@@ -478,6 +480,44 @@ TErrorCode XPath::searchInDepth(Node* i_Node, const XPathStep& i_Step, unsigned 
     result = evaluateStep(candidate, i_Position, io_Output, i_absoluteDeepSearch);
   }
   return result;
+}
+
+TErrorCode XPath::searchPlain(const NodeList* i_pChildren, const XPathStep& i_Step,
+                              unsigned int i_Position, XPathOutputCollector& io_Output,
+                              bool i_absoluteDeepSearch) {
+  for (size_t i = 0; i_pChildren != nullptr && i < i_pChildren->size(); ++i) {
+    Node* pChild = (*i_pChildren)[i];
+    fetchAhead(*i_pChildren, i);
+    if (pChild->getType() != ElementNode) {
+      continue;
+    }
+    // Listed, then tried: evaluateElements' count and evaluateStep's.
+    if (!m_Context.admit(1) || !m_Context.admit(1)) {
+      return XML_PLUGIN_ERROR_XPATH_UNSUPPORTED_EXPRESSION;
+    }
+    const XPathEvaluationContext::Nesting nesting(m_Context);
+    unsigned int position = i_Position;
+    TErrorCode result = 0;
+    if (i_Step.stepMatching(pChild) != 0) {
+      if (XPathEvaluationObserver* pObserver = m_Context.getObserver())
+        pObserver->stepMatched(i_Position, pChild, false);
+      result = evaluateMatch(MarkedNode{pChild, false}, i_Step, position, io_Output,
+                             i_absoluteDeepSearch);
+    }
+    if (position != i_Position) {
+      result = searchInDepth(pChild, i_Step, position, io_Output, i_absoluteDeepSearch);
+    } else {
+      const NodeList* pGrandChildren = nullptr;
+      result =
+          pChild->getChildren(&pGrandChildren) == 0 && pGrandChildren != nullptr
+              ? searchPlain(pGrandChildren, i_Step, i_Position, io_Output, i_absoluteDeepSearch)
+              : 0;
+    }
+    if (result != 0) {
+      return result;
+    }
+  }
+  return 0;
 }
 
 TErrorCode XPath::evaluateElements(const NodeList* i_pChildren, unsigned int i_Position,

@@ -85,6 +85,17 @@ class XPath {
                                    unsigned int i_Position, XPathOutputCollector& io_Output);
   TErrorCode searchInDepth(Node* i_Node, const XPathStep& i_Step, unsigned int i_Position,
                            XPathOutputCollector& io_Output, bool i_absoluteDeepSearch);
+  // searchInDepth's walk for a step without predicates, below the children in a list (null
+  // for none): each element is counted, tried against the step at i_Position and searched in
+  // turn as evaluateStep would, with one call per level instead of four. The step must be
+  // the one at i_Position, which must not be repeated.
+  TErrorCode searchPlain(const NodeList* i_pChildren, const XPathStep& i_Step,
+                         unsigned int i_Position, XPathOutputCollector& io_Output,
+                         bool i_absoluteDeepSearch);
+  // Whether steps from i_Position on are made once per node (see evaluateStepOnce).
+  bool isRepeated(unsigned int i_Position) const {
+    return m_FirstRepeatedStep > 0 && i_Position >= m_FirstRepeatedStep;
+  }
   // evaluateStep on each element child in the list (null for none), unmarked, counting each
   // as work, until one fails.
   TErrorCode evaluateElements(const NodeList* i_pChildren, unsigned int i_Position,
