@@ -1,6 +1,7 @@
 // Typed values: quote stripping, the conversions, copying and the item factory.
 #include <gtest/gtest.h>
 
+#include <cmath>
 #include <limits>
 #include <memory>
 
@@ -39,6 +40,9 @@ TEST(XPathExpressionTest, SetExpressionNumbReadsTheLeadingNumeral) {
       {L"0.30000000000000004", 0.30000000000000004},
       {L"4.94066e-324", std::numeric_limits<double>::denorm_min()}, {L"inf", 7}, {L"nan", 7},
       {L"0x10", 0},
+      // Plain integers, read without the C library up to fifteen digits.
+      {L"2000", 2000}, {L"-42", -42}, {L"999999999999999", 999999999999999.0},
+      {L"-9999999999999999", -9999999999999999.0}, {L"12345678901234567", 12345678901234567.0},
       // clang-format on
   };
   for (const auto& row : rows) {
@@ -47,6 +51,10 @@ TEST(XPathExpressionTest, SetExpressionNumbReadsTheLeadingNumeral) {
     EXPECT_EQ(value.GetExpressionNumb(), row.m_Expected) << String(row.m_Text).toNarrow();
     EXPECT_EQ(value.GetExpression(), String()) << "the text is not changed";
   }
+  XPathExpression negativeZero(7.0);
+  negativeZero.SetExpressionNumb(L"-0");
+  EXPECT_TRUE(negativeZero.GetExpressionNumb() == 0.0 &&
+              std::signbit(negativeZero.GetExpressionNumb()));
 }
 
 TEST(XPathExpressionTest, Conversions) {

@@ -32,6 +32,18 @@ int64_t roundedIndex(const XPathExpression* i_pValue) {
 
 // The context node's string value; "" without a context node.
 String contextString(const Node* i_pNode) {
+  // An element whose one child is a text, the commonest content, reads as that text: a copy
+  // of the tree's string instead of a new one.
+  const NodeList* pChildren = nullptr;
+  if (i_pNode != nullptr && i_pNode->getType() != TextNode &&
+      i_pNode->getChildren(&pChildren) == 0 && pChildren != nullptr && pChildren->size() == 1) {
+    const Node* pText = (*pChildren)[0];
+    const NodeList* pTextChildren = nullptr;
+    if (pText->getType() == TextNode && pText->getChildren(&pTextChildren) == 0 &&
+        (pTextChildren == nullptr || pTextChildren->empty())) {
+      return pText->m_Name;
+    }
+  }
   String text;
   XPathFunction_string::getTextFromNode(i_pNode, text);
   return text;

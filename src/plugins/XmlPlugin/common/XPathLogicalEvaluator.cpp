@@ -14,6 +14,7 @@
 #include <initializer_list>
 #include <limits>
 #include <string>
+#include <string_view>
 #include <unordered_set>
 #include <vector>
 
@@ -425,8 +426,10 @@ bool XPathLogicalEvaluator::comparesItemsWithText(const XPathExpression* i_pFirs
 }
 
 int XPathLogicalEvaluator::getOperIndex(const String& i_Op) {
+  // Read in place: a predicate asks once or twice for every candidate.
+  const std::wstring_view op(i_Op.c_str(), static_cast<size_t>(i_Op.length()));
   for (int oper = 0; oper < OPERATORS; ++oper) {
-    if (i_Op.compareTo(OPERATOR_TEXTS[oper]) == 0) {
+    if (op == OPERATOR_TEXTS[oper]) {
       return oper;
     }
   }

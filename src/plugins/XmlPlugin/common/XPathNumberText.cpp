@@ -104,7 +104,33 @@ String formatInteger(long i_Value) {
   return String(pBegin, static_cast<int>(digits + sizeof(digits) / sizeof(digits[0]) - pBegin));
 }
 
+namespace {
+
+// A text of only a minus sign and up to fifteen digits, read as the C library would read it:
+// such an integer is exact in a double. Most numbers in documents are written so.
+bool readPlainInteger(std::wstring_view i_Text, double& o_Value) {
+  const bool negative = !i_Text.empty() && i_Text[0] == L'-';
+  const size_t first = negative ? 1 : 0;
+  if (i_Text.size() == first || i_Text.size() - first > 15) {
+    return false;
+  }
+  long long value = 0;
+  for (size_t at = first; at < i_Text.size(); ++at) {
+    if (!isDigit(i_Text[at])) {
+      return false;
+    }
+    value = value * 10 + (i_Text[at] - L'0');
+  }
+  o_Value = negative ? -static_cast<double>(value) : static_cast<double>(value);
+  return true;
+}
+
+}  // namespace
+
 bool readNumber(std::wstring_view i_Text, double& o_Value) {
+  if (readPlainInteger(i_Text, o_Value)) {
+    return true;
+  }
   const std::string numeral = gatherNumeral(i_Text.data(), i_Text.data() + i_Text.size());
   if (numeral.empty()) {
     return false;
