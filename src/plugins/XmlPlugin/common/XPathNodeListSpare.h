@@ -2,7 +2,7 @@
 //
 // Predicates judge their candidates in lists (std::list<Node*>), one heap block per candidate:
 // a search in depth lists every element that passes a name test once, and the heap's slow path
-// then costs as much as judging the candidate. The store is bounded (about 3 MB a thread) and
+// then costs as much as judging the candidate. The store is bounded (about 4 MB a thread) and
 // given back when the thread ends; under AddressSanitizer nothing is kept, so that it still
 // sees every list node used after it was freed.
 #pragma once

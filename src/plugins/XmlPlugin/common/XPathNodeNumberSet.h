@@ -19,16 +19,15 @@ class XPathNodeNumberSet {
   // A node by its number (m_Index).
   void insert(int32_t i_Number) {
     m_Empty = false;
-    const int32_t number = i_Number;
-    if (!inBits(number)) {
-      m_Others.insert(number);
+    if (!inBits(i_Number)) {
+      m_Others.insert(i_Number);
       return;
     }
-    const size_t word = static_cast<size_t>(number) / BITS_PER_WORD;
+    const size_t word = static_cast<size_t>(i_Number) / BITS_PER_WORD;
     if (word >= m_Bits.size()) {
       m_Bits.resize(word + 1 + word / 2, 0);
     }
-    m_Bits[word] |= bit(number);
+    m_Bits[word] |= bit(i_Number);
   }
 
   bool empty() const { return m_Empty; }

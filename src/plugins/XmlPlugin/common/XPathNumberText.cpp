@@ -89,19 +89,7 @@ String formatNumber(double i_Value) {
 }
 
 String formatInteger(long i_Value) {
-  wchar_t digits[24];
-  wchar_t* pBegin = digits + sizeof(digits) / sizeof(digits[0]);
-  // Through the unsigned magnitude, so that the most negative value has one too.
-  unsigned long magnitude =
-      i_Value < 0 ? 0UL - static_cast<unsigned long>(i_Value) : static_cast<unsigned long>(i_Value);
-  do {
-    *--pBegin = static_cast<wchar_t>(L'0' + magnitude % 10);
-    magnitude /= 10;
-  } while (magnitude != 0);
-  if (i_Value < 0) {
-    *--pBegin = L'-';
-  }
-  return String(pBegin, static_cast<int>(digits + sizeof(digits) / sizeof(digits[0]) - pBegin));
+  return String::valueOf(i_Value);
 }
 
 namespace {
